@@ -1,0 +1,7 @@
+#include "gherkin/scriptactions.h"
+
+namespace Gherkin {
+
+ScriptActions::~ScriptActions() = default;
+
+} // namespace Gherkin
