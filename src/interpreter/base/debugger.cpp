@@ -55,6 +55,13 @@ void Debugger::step()
     setDebuggerMode(DbgStep);
 }
 
+std::vector<VariableRow> Debugger::variableBindings(const QString&) const
+{
+    return {};
+}
+
+void Debugger::initVariableWatcher() {}
+
 void Debugger::setInteractive(bool interactive)
 {
     m_interactive = interactive;

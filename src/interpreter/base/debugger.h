@@ -59,10 +59,11 @@ public:
     virtual void next(int depth);
     virtual void step();
 
-    /** Rows of the scope (empty name) or of an expandable row; only during a stop. */
-    virtual std::vector<VariableRow> variableBindings(const QString& name) const = 0;
+    /** Rows of the scope (empty name) or of an expandable row; only during a stop. A language that
+     *  does not watch variables has none. */
+    virtual std::vector<VariableRow> variableBindings(const QString& name) const;
     /** Forgets every row that was listed before. */
-    virtual void initVariableWatcher() = 0;
+    virtual void initVariableWatcher();
 
     virtual void setInteractive(bool interactive);
     virtual void setDebuggerMode(DbgMode mode);

@@ -52,8 +52,6 @@ class FakeDebugger : public Debugger
 public:
     using Debugger::Debugger;
 
-    std::vector<VariableRow> variableBindings(const QString&) const override { return {}; }
-    void initVariableWatcher() override {}
     int nextSourceId() const override { return 1; }
 };
 
