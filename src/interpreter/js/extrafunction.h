@@ -1,0 +1,36 @@
+#pragma once
+
+#include "engine/object.h"
+
+namespace Torvix {
+
+/** A plain native function as the engine calls it. */
+using JsNativeCode = KJS::Value (*)(KJS::ExecState*, KJS::Object&, const KJS::List&);
+
+/** A row of a table of script functions; a null name ends the table. */
+struct JsFunctionRow
+{
+    const char* name;
+    JsNativeCode fn;
+    int length;
+};
+
+/**
+ * The script object behind a plain native function.
+ *
+ * It has no prototype, so a script finds no `call` or `apply` on it: intended.
+ */
+class ExtraFunctionImp : public KJS::ObjectImp
+{
+public:
+    /** `length` is the function's property of that name. */
+    ExtraFunctionImp(JsNativeCode fn, int length);
+
+    bool implementsCall() const override { return true; }
+    KJS::Value call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args) override;
+
+private:
+    JsNativeCode m_fn;
+};
+
+} // namespace Torvix
