@@ -2,8 +2,6 @@
 
 #include "interpreter/base/debugger.h"
 
-#include <QVector>
-
 namespace Torvix {
 
 namespace {

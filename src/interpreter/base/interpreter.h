@@ -7,10 +7,10 @@
 #include "shared/base/sharedptr.h"
 
 #include <QFileInfo>
-#include <QList>
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <memory>
 #include <vector>
@@ -21,7 +21,7 @@ class Debugger;
 class RunnerInterface;
 class TestResult;
 
-using ObjectList = QList<SharedPtr<Object>>;
+using ObjectList = QVector<SharedPtr<Object>>;
 
 /**
  * A script interpreter as the runner uses it, whatever the language.
