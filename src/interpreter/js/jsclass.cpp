@@ -32,7 +32,8 @@ KJS::Value JsClassImp::get(KJS::ExecState* exec, const KJS::Identifier& name) co
             return argError(exec, KJS::ReferenceError, QStringLiteral("Property is not readable"));
         const SharedPtr<Object> value = property->get(nullptr);
         if (!value)
-            return argError(exec, KJS::ReferenceError, QStringLiteral("Error occurred when reading property"));
+            return argError(exec, KJS::ReferenceError,
+                            QStringLiteral("Error occurred when reading property"));
         return jsNatify(exec, value);
     }
     if (!m_class->methods(key).isEmpty())
@@ -72,7 +73,8 @@ KJS::Object JsClassImp::construct(KJS::ExecState* exec, const KJS::List& args)
         return KJS::Object::dynamicCast(exec->exception());
     const SharedPtr<Object> object = m_class->constructor(index)->construct(arguments);
     if (!object)
-        return fail(withLastError(QLatin1String("Constructor of ") + m_class->name() + QLatin1String(" failed")));
+        return fail(
+            withLastError(QLatin1String("Constructor of ") + m_class->name() + QLatin1String(" failed")));
     return KJS::Object::dynamicCast(jsWrap(exec, object));
 }
 

@@ -102,13 +102,20 @@ public:
         Inspector* inspector = Inspector::self();
         switch (target->id()) {
         case Code::UIntClass:
-        case Code::IntClass: return inspector->createInteger(value.toIntegerSimplistic(m_exec));
-        case Code::ShortClass: return inspector->createShort(value.toIntegerSimplistic(m_exec));
-        case Code::Int64Class: return inspector->createInt64(toInt64(value.toNumber(m_exec)));
-        case Code::DoubleClass: return convertToDouble(value);
-        case Code::StringClass: return convertToString(value);
-        case Code::BoolClass: return inspector->createBoolean(value.toBoolean(m_exec));
-        default: return convertToClass(value, argument);
+        case Code::IntClass:
+            return inspector->createInteger(value.toIntegerSimplistic(m_exec));
+        case Code::ShortClass:
+            return inspector->createShort(value.toIntegerSimplistic(m_exec));
+        case Code::Int64Class:
+            return inspector->createInt64(toInt64(value.toNumber(m_exec)));
+        case Code::DoubleClass:
+            return convertToDouble(value);
+        case Code::StringClass:
+            return convertToString(value);
+        case Code::BoolClass:
+            return inspector->createBoolean(value.toBoolean(m_exec));
+        default:
+            return convertToClass(value, argument);
         }
     }
 
@@ -180,7 +187,8 @@ private:
         if (const Class* container = containerClassOf(m_exec, value); container && container == target)
             return jsToObject(m_exec, value, target);
         const QString text = QStrFromObj(m_exec, value);
-        const SharedPtr<Object> converted = convertTo(Inspector::self()->createString(text), target, indirect);
+        const SharedPtr<Object> converted =
+            convertTo(Inspector::self()->createString(text), target, indirect);
         if (!converted)
             return fail(QStringLiteral("Failed to convert argument '%1' of type %2 to type %3")
                             .arg(text, plainTypeName(m_exec, value), target->name()));
@@ -202,10 +210,14 @@ Argument elementOf(const Argument& list)
 QString plainTypeName(KJS::ExecState* exec, const KJS::Value& value)
 {
     switch (value.dispatchType()) {
-    case KJS::UndefinedType: return QStringLiteral("Undefined");
-    case KJS::NullType: return QStringLiteral("Null");
-    case KJS::ObjectType: return KJS::Object::dynamicCast(value).className().qstring();
-    default: return nameOfType(exec, value);
+    case KJS::UndefinedType:
+        return QStringLiteral("Undefined");
+    case KJS::NullType:
+        return QStringLiteral("Null");
+    case KJS::ObjectType:
+        return KJS::Object::dynamicCast(value).className().qstring();
+    default:
+        return nameOfType(exec, value);
     }
 }
 
@@ -215,10 +227,14 @@ SharedPtr<Object> jsToObject(KJS::ExecState* exec, const KJS::Value& value, cons
         return object;
     Inspector* inspector = Inspector::self();
     switch (value.dispatchType()) {
-    case KJS::BooleanType: return inspector->createBoolean(value.toBoolean(exec));
-    case KJS::NumberType: return numberToObject(value.toNumber(exec), cls);
-    case KJS::StringType: return inspector->createString(value.toString(exec).qstring());
-    default: break;
+    case KJS::BooleanType:
+        return inspector->createBoolean(value.toBoolean(exec));
+    case KJS::NumberType:
+        return numberToObject(value.toNumber(exec), cls);
+    case KJS::StringType:
+        return inspector->createString(value.toString(exec).qstring());
+    default:
+        break;
     }
     if (!cls)
         return nullptr;
@@ -238,10 +254,14 @@ KJS::Value jsNatify(KJS::ExecState* exec, SharedPtr<Object> object)
     case Code::IntClass:
     case Code::ShortClass:
     case Code::Int64Class:
-    case Code::DoubleClass: return KJS::Number(object->toDouble());
-    case Code::StringClass: return KJS::String(object->toString());
-    case Code::BoolClass: return KJS::Boolean(object->toBool());
-    case Code::VoidClass: return KJS::Undefined();
+    case Code::DoubleClass:
+        return KJS::Number(object->toDouble());
+    case Code::StringClass:
+        return KJS::String(object->toString());
+    case Code::BoolClass:
+        return KJS::Boolean(object->toBool());
+    case Code::VoidClass:
+        return KJS::Undefined();
     case Code::ArrayClassId: {
         KJS::Object array = exec->interpreter()->builtinArray().construct(exec, KJS::List::empty());
         unsigned index = 0;
@@ -256,7 +276,8 @@ KJS::Value jsNatify(KJS::ExecState* exec, SharedPtr<Object> object)
             map.put(exec, KJS::Identifier(entry.key()), jsNatify(exec, entry.value()), KJS::None);
         return map;
     }
-    default: return jsWrap(exec, std::move(object));
+    default:
+        return jsWrap(exec, std::move(object));
     }
 }
 
@@ -280,7 +301,8 @@ SharedPtr<Object> convertTo(SharedPtr<Object> object, const Class* target, bool 
     return object->objectClass()->convertObject(object, target, indirect);
 }
 
-bool jsConvertArgs(KJS::ExecState* exec, ObjectList* objects, const KJS::List& args, const Signature& signature)
+bool jsConvertArgs(KJS::ExecState* exec, ObjectList* objects, const KJS::List& args,
+                   const Signature& signature)
 {
     ArgumentConverter converter(exec);
     for (int i = 0; i < signature.count(); ++i) {

@@ -19,7 +19,8 @@ namespace {
 class ExecStateOnStack
 {
 public:
-    explicit ExecStateOnStack(KJS::ExecState* exec) : m_interpreter(static_cast<JsInterpreter*>(Interpreter::self()))
+    explicit ExecStateOnStack(KJS::ExecState* exec)
+        : m_interpreter(static_cast<JsInterpreter*>(Interpreter::self()))
     {
         m_interpreter->pushExecState(exec);
     }
@@ -79,27 +80,32 @@ KJS::Value callOverload(KJS::ExecState* exec, const Class* cls, const QVector<co
 } // namespace
 
 JsFunc::JsFunc(KJS::ExecState* exec, const Class* cls, const QString& name)
-    : InternalFunctionImp(exec), m_applicationId(currentRunnerAppId()), m_classId(cls->id()), m_name(name)
+    : InternalFunctionImp(exec)
+    , m_applicationId(currentRunnerAppId())
+    , m_classId(cls->id())
+    , m_name(name)
 {
 }
 
 KJS::Value JsFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
 {
     if (m_applicationId != currentRunnerAppId())
-        return argError(exec, KJS::GeneralError,
-                        QStringLiteral("Cannot call function or method, current application context changed."));
+        return argError(
+            exec, KJS::GeneralError,
+            QStringLiteral("Cannot call function or method, current application context changed."));
     const Class* cls = Inspector::self()->classById(m_classId);
     if (!cls)
         return argError(exec, KJS::GeneralError,
                         QStringLiteral("Cannot call function or method, class not found."));
     const SharedPtr<Object> target = jsUnWrap(exec, thisObj);
     const ExecStateOnStack state(exec);
-    const RemoteObjectModelHolder holder(Interpreter::self()->runnerInterface());
+    const RemoteObjectModelHolder access(Interpreter::self()->runnerInterface());
     return callOverload(exec, cls, cls->methods(m_name), target, args);
 }
 
 JsObjectProtoFunc::JsObjectProtoFunc(SharedPtr<Object> object, int type, int length)
-    : m_object(std::move(object)), m_type(type)
+    : m_object(std::move(object))
+    , m_type(type)
 {
     putDirect("length", KJS::Number(length), KJS::ReadOnly | KJS::DontEnum | KJS::DontDelete);
 }
@@ -109,8 +115,10 @@ JsObjectProtoFunc::~JsObjectProtoFunc() = default;
 KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
 {
     switch (m_type) {
-    case ToString: return jsToString(exec, m_object);
-    case ValueOf: return jsValueOf(exec, m_object);
+    case ToString:
+        return jsToString(exec, m_object);
+    case ValueOf:
+        return jsValueOf(exec, m_object);
     case Equality: {
         // The engine passes one operand as this and the other as argument; called with two
         // arguments, those are compared.
@@ -120,6 +128,7 @@ KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, c
         Object* b = jsUnWrap(exec, right);
         return KJS::Boolean(a && b && a->compare(b));
     }
-    default: return KJS::Undefined();
+    default:
+        return KJS::Undefined();
     }
 }

@@ -8,7 +8,7 @@
 namespace Torvix {
 class Class;
 class Object;
-}
+} // namespace Torvix
 
 /**
  * A method of the application by its name, with all overloads. It keeps ids only, which are resolved

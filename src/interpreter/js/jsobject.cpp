@@ -62,7 +62,8 @@ bool enumeratorValue(const Class* cls, const QString& key, int* value)
 const KJS::ClassInfo JsObjectImp::info = {"Object", nullptr};
 
 JsObjectImp::JsObjectImp(KJS::ExecState* exec, SharedPtr<Object> object)
-    : ObjectImp(exec->interpreter()->builtinObjectPrototype()), m_object(std::move(object))
+    : ObjectImp(exec->interpreter()->builtinObjectPrototype())
+    , m_object(std::move(object))
 {
 }
 
@@ -75,7 +76,7 @@ KJS::UString JsObjectImp::className() const
 
 KJS::Value JsObjectImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
 {
-    const RemoteObjectModelHolder holder(currentRunner());
+    const RemoteObjectModelHolder access(currentRunner());
     if (m_object->isInvalidated())
         return failure(exec, QStringLiteral("Attempt to access an invalidated object"));
     const Class* cls = m_object->objectClass();
@@ -104,7 +105,7 @@ KJS::Value JsObjectImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
 
 void JsObjectImp::put(KJS::ExecState* exec, const KJS::Identifier& name, const KJS::Value& value, int)
 {
-    const RemoteObjectModelHolder holder(currentRunner());
+    const RemoteObjectModelHolder access(currentRunner());
     if (m_object->isInvalidated()) {
         failure(exec, QStringLiteral("Attempt to modify an invalidated object"));
         return;
@@ -139,7 +140,8 @@ KJS::ReferenceList JsObjectImp::propList(KJS::ExecState* exec, bool recursive)
     KJS::ReferenceList list = ObjectImp::propList(exec, recursive);
     const Class* cls = m_object->objectClass();
     for (int i = 0, count = cls->numProperties(); i < count; ++i)
-        list.append(KJS::Reference(KJS::Object::dynamicCast(jsWrap(exec, m_object)), cls->property(i)->name()));
+        list.append(
+            KJS::Reference(KJS::Object::dynamicCast(jsWrap(exec, m_object)), cls->property(i)->name()));
     return list;
 }
 
@@ -168,7 +170,8 @@ bool isTorvixObject(KJS::ExecState*, const KJS::Value& value)
 
 bool isTorvixClass(KJS::ExecState*, const KJS::Value& value)
 {
-    return value.dispatchType() == KJS::ObjectType && KJS::Object::dynamicCast(value).inherits(&JsClassImp::info);
+    return value.dispatchType() == KJS::ObjectType &&
+           KJS::Object::dynamicCast(value).inherits(&JsClassImp::info);
 }
 
 void jsCacheValue(const KJS::ObjectImp*, const KJS::Identifier&, const KJS::Value&) {}

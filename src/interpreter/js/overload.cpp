@@ -27,15 +27,19 @@ const Class* sourceClass(KJS::ExecState* exec, const KJS::Value& value, const Cl
 {
     const Inspector* inspector = Inspector::self();
     switch (value.dispatchType()) {
-    case KJS::StringType: return inspector->builtinClass(Code::StringClass);
-    case KJS::NumberType: return inspector->builtinClass(Code::DoubleClass);
-    case KJS::BooleanType: return inspector->builtinClass(Code::BoolClass);
+    case KJS::StringType:
+        return inspector->builtinClass(Code::StringClass);
+    case KJS::NumberType:
+        return inspector->builtinClass(Code::DoubleClass);
+    case KJS::BooleanType:
+        return inspector->builtinClass(Code::BoolClass);
     case KJS::ObjectType:
         // A map stands for the name of an object.
         if (target != MapClass::registeredClass() && JSScriptArgument(exec, value).isMap())
             return inspector->builtinClass(Code::StringClass);
         return nullptr;
-    default: return nullptr;
+    default:
+        return nullptr;
     }
 }
 
@@ -58,7 +62,8 @@ int matchWrapped(const Object& object, const Argument& argument)
     const Class* target = argument.type();
     if (cls == target)
         return 100;
-    if (!cls->canConvertTo(target, object.objectAttribute().isIndirect(), argument.attribute().isIndirect(), 0))
+    if (!cls->canConvertTo(target, object.objectAttribute().isIndirect(), argument.attribute().isIndirect(),
+                           0))
         return 0;
     const int depth = cls->inheritanceDepth(target);
     return depth == -1 ? 50 : 100 - depth;
@@ -88,7 +93,12 @@ public:
     OverloadSearch(KJS::ExecState* exec, const KJS::List& args, const Class* cls,
                    const std::vector<const Signature*>& signatures, const std::vector<const Class*>& classes,
                    const QString& name)
-        : m_exec(exec), m_args(args), m_class(cls), m_signatures(signatures), m_classes(classes), m_name(name)
+        : m_exec(exec)
+        , m_args(args)
+        , m_class(cls)
+        , m_signatures(signatures)
+        , m_classes(classes)
+        , m_name(name)
     {
     }
 
@@ -98,7 +108,8 @@ public:
         scoreAll();
         if (m_bestScore < 1)
             return fail(QLatin1String("No matching '") + m_name + passedTypes() +
-                        QLatin1String("' overload found: Following overloads are available:\n") + allCandidates());
+                        QLatin1String("' overload found: Following overloads are available:\n") +
+                        allCandidates());
         return m_ties == 1 ? m_best : settleTie();
     }
 
@@ -172,8 +183,8 @@ private:
 
     static bool isIdentical(const Signature& a, const Signature& b)
     {
-        return std::equal(a.arguments().begin(), a.arguments().end(), b.arguments().begin(), b.arguments().end(),
-                          [](const Argument& x, const Argument& y) {
+        return std::equal(a.arguments().begin(), a.arguments().end(), b.arguments().begin(),
+                          b.arguments().end(), [](const Argument& x, const Argument& y) {
                               return x.type() == y.type() && x.attribute() == y.attribute();
                           });
     }

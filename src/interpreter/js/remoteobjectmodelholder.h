@@ -10,7 +10,8 @@ class RemoteObjectModelHolder
 public:
     /** Borrows the runner, which may be null. */
     explicit RemoteObjectModelHolder(RunnerInterface* runner)
-        : m_runner(runner), m_entered(runner && runner->enterRemoteObjectModel())
+        : m_runner(runner)
+        , m_entered(runner && runner->enterRemoteObjectModel())
     {
     }
     ~RemoteObjectModelHolder()
