@@ -2,6 +2,7 @@
 
 #include "samplerun.h"
 
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,14 @@ TEST(ResultStream, WhatIsWrittenIsRead)
     EXPECT_EQ(entry.source.lines, failure->source.lines);
     EXPECT_EQ("shot.png", failure->attachments.at(0).path);
     EXPECT_TRUE(failure->time.isValid());
+
+    QProcess validator;
+    validator.setProcessChannelMode(QProcess::MergedChannels);
+    validator.start("/usr/bin/python3",
+                    {TORVIX_TEST_SOURCE_DIR "/validate.py",
+                     TORVIX_TEST_SOURCE_DIR "/../../../docs/result-stream.schema.json", file.fileName()});
+    ASSERT_TRUE(validator.waitForFinished());
+    EXPECT_EQ(0, validator.exitCode()) << validator.readAll().toStdString();
 }
 
 TEST(ResultStream, EveryPlaceWhereItCanBeCutGivesAReport)
