@@ -1,0 +1,293 @@
+#include "testsupport/objectfunctions.h"
+
+#include "interpreter/base/interpreter.h"
+#include "interpreter/base/runnerinterface.h"
+#include "interpreter/base/scriptcontext.h"
+#include "objectmodel/inspector.h"
+#include "testsupport/reporting.h"
+#include "testsupport/testresult.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+namespace Torvix {
+
+namespace {
+
+int waitTimeoutMs = 20'000;
+
+QString nameOf(const ScriptArgument& argument)
+{
+    return argument.isMap() ? argument.toRealName() : argument.toString();
+}
+
+/** The inspector's error, made more helpful by the runner where it can. */
+void failLookup(ScriptContext* context, const QString& name, const char* function)
+{
+    Interpreter* interpreter = Interpreter::self();
+    QString ignored;
+    if (interpreter && interpreter->runnerInterface())
+        interpreter->runnerInterface()->reportFailedLookup(name, QLatin1String(function), &ignored);
+    const QString error = Inspector::self()->lastError();
+    context->setError(error.isEmpty() ? QStringLiteral("Object '%1' not found").arg(name) : error);
+}
+
+bool failWithLastError(ScriptContext* context, const char* function)
+{
+    const QString error = Inspector::self()->lastError();
+    context->setError(error.isEmpty() ? QStringLiteral("%1() failed").arg(QLatin1String(function)) : error);
+    return false;
+}
+
+/** Null with an error in the context when there is no such object. */
+SharedPtr<Object> objectArgument(ScriptContext* context, int index, const char* function)
+{
+    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    if (const SharedPtr<Object> object = argument->toObject())
+        return object;
+    const QString name = nameOf(*argument);
+    const SharedPtr<Object> found = Inspector::self()->findObject(name);
+    if (!found)
+        failLookup(context, name, function);
+    return found;
+}
+
+/** False with an error in the context when it is there and no number from 0. */
+bool timeoutArgument(ScriptContext* context, int index, int* timeoutMs)
+{
+    *timeoutMs = waitTimeoutMs;
+    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    if (!argument)
+        return true;
+    if (argument->isNumber() && argument->toDouble() >= 0) {
+        *timeoutMs = argument->toInteger();
+        return true;
+    }
+    context->setError(
+        QStringLiteral("The timeout has to be a number of milliseconds, not '%1'").arg(argument->toString()));
+    return false;
+}
+
+void waitFor(ScriptContext* context, const char* function, const char* usage, quint32 conditions)
+{
+    int timeoutMs = 0;
+    if (!requireArguments(context, 1, 2, usage) || !timeoutArgument(context, 1, &timeoutMs))
+        return;
+    const SharedPtr<ScriptArgument> argument = context->argument(0);
+    const SharedPtr<Object> given = argument->toObject();
+    const QString name = given ? given->realName() : nameOf(*argument);
+    if (given && name.isNull()) {
+        failWithLastError(context, function);
+        return;
+    }
+    const Inspector::WaitResult found = Inspector::self()->waitForObject(name, timeoutMs, conditions);
+    if (found.object && found.failed == 0)
+        context->setResult(context->toArgument(found.object));
+    else
+        failLookup(context, name, function);
+}
+
+SharedPtr<ScriptArgument> listArgument(const ScriptContext& context, const ObjectList& objects)
+{
+    ScriptArgument::List list;
+    list.reserve(std::size_t(objects.size()));
+    for (const SharedPtr<Object>& object : objects)
+        list.push_back(context.toArgument(object));
+    return context.toArgument(list);
+}
+
+/** For the answers that are empty also without an error. */
+bool lastCallFailed(ScriptContext* context)
+{
+    const QString error = Inspector::self()->lastError();
+    if (error.isEmpty())
+        return false;
+    context->setError(error);
+    return true;
+}
+
+/** Null with an error in the context for an unknown name. */
+const Class* classArgument(ScriptContext* context, int index)
+{
+    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    const Class* cls =
+        argument->isClass() ? argument->toClass() : Inspector::self()->classByName(argument->toString());
+    if (!cls)
+        context->setError(QStringLiteral("Unknown type '%1'").arg(argument->toString()));
+    return cls;
+}
+
+bool writeFile(ScriptContext* context, const QString& path, const QByteArray& bytes)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        return true;
+    context->setError(QStringLiteral("Cannot write file '%1': %2").arg(path, file.errorString()));
+    return false;
+}
+
+} // namespace
+
+int defaultWaitTimeoutMs()
+{
+    return waitTimeoutMs;
+}
+
+void setDefaultWaitTimeoutMs(int timeoutMs)
+{
+    waitTimeoutMs = timeoutMs;
+}
+
+void waitForObject(ScriptContext* context)
+{
+    waitFor(context, "waitForObject", "waitForObject(name[, timeout])", Protocol::WaitReady);
+}
+
+void waitForObjectExists(ScriptContext* context)
+{
+    waitFor(context, "waitForObjectExists", "waitForObjectExists(name[, timeout])", Protocol::WaitExists);
+}
+
+void waitForObjectItem(ScriptContext* context)
+{
+    if (!requireArguments(context, 2, 4,
+                          "waitForObjectItem(name, item[, timeout]) or (name, row, column[, timeout])"))
+        return;
+    const SharedPtr<ScriptArgument> item = context->argument(1);
+    const SharedPtr<ScriptArgument> third = context->argument(2);
+    const bool isCell = item->isInteger() && third && third->isInteger();
+    int timeoutMs = 0;
+    if (!timeoutArgument(context, isCell ? 3 : 2, &timeoutMs))
+        return;
+    const SharedPtr<Object> container = objectArgument(context, 0, "waitForObjectItem");
+    if (!container)
+        return;
+    const Inspector::WaitResult found =
+        isCell ? Inspector::self()->waitForItem(container, item->toInteger(), third->toInteger(), timeoutMs)
+               : Inspector::self()->waitForItem(container, item->toString(), timeoutMs);
+    if (found.object && found.failed == 0)
+        context->setResult(context->toArgument(found.object));
+    else
+        failLookup(context, item->toString(), "waitForObjectItem");
+}
+
+void findAllObjects(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 1, "findAllObjects(name)"))
+        return;
+    const ObjectList objects = Inspector::self()->findAllObjects(nameOf(*context->argument(0)));
+    if (!objects.isEmpty() || !lastCallFailed(context))
+        context->setResult(listArgument(*context, objects));
+}
+
+void objectChildren(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 1, "object.children(object)"))
+        return;
+    const SharedPtr<Object> object = objectArgument(context, 0, "object.children");
+    if (!object)
+        return;
+    const ObjectList children = Inspector::self()->children(object);
+    if (!children.isEmpty() || !lastCallFailed(context))
+        context->setResult(listArgument(*context, children));
+}
+
+void objectGlobalBounds(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 1, "object.globalBounds(object)"))
+        return;
+    const SharedPtr<Object> object = objectArgument(context, 0, "object.globalBounds");
+    if (!object)
+        return;
+    const QRect bounds = Inspector::self()->globalBounds(object);
+    if (!bounds.isValid()) {
+        failWithLastError(context, "object.globalBounds");
+        return;
+    }
+    context->setResult(
+        context->toArgument(ScriptArgument::Map{{"x", context->toArgument(bounds.x())},
+                                                {"y", context->toArgument(bounds.y())},
+                                                {"width", context->toArgument(bounds.width())},
+                                                {"height", context->toArgument(bounds.height())}}));
+}
+
+void objectParent(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 1, "object.parent(object)"))
+        return;
+    const SharedPtr<Object> object = objectArgument(context, 0, "object.parent");
+    if (!object)
+        return;
+    const SharedPtr<Object> parent = Inspector::self()->parent(object);
+    if (parent)
+        context->setResult(context->toArgument(parent));
+    else if (!lastCallFailed(context))
+        context->setResult(context->nullArgument());
+}
+
+void objectProperties(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 1, "object.properties(object)"))
+        return;
+    if (const SharedPtr<Object> object = objectArgument(context, 0, "object.properties"))
+        context->setObjectPropertiesResult(object);
+}
+
+void objectTopLevelObjects(ScriptContext* context)
+{
+    if (!requireArguments(context, 0, 0, "object.topLevelObjects()"))
+        return;
+    const ObjectList objects = Inspector::self()->topLevelObjects();
+    if (!objects.isEmpty() || !lastCallFailed(context))
+        context->setResult(listArgument(*context, objects));
+}
+
+void objectConvertTo(ScriptContext* context)
+{
+    if (!requireArguments(context, 2, 2, "object.convertTo(object, type)"))
+        return;
+    const SharedPtr<Object> object = objectArgument(context, 0, "object.convertTo");
+    const Class* target = object ? classArgument(context, 1) : nullptr;
+    if (!target)
+        return;
+    const SharedPtr<Object> converted =
+        object->objectClass()->convertObject(object, target, object->objectAttribute().isIndirect());
+    if (converted)
+        context->setResult(context->toArgument(converted));
+    else
+        failWithLastError(context, "object.convertTo");
+}
+
+void objectCreateNull(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 1, "object.createNull(type)"))
+        return;
+    if (const Class* cls = classArgument(context, 0))
+        context->setResult(context->toArgument(cls->createNull()));
+}
+
+void objectGrabScreenshot(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 2, "object.grabScreenshot(object[, file])"))
+        return;
+    const SharedPtr<Object> object = objectArgument(context, 0, "object.grabScreenshot");
+    if (!object)
+        return;
+    const QByteArray png = Inspector::self()->grabScreenshot(object);
+    if (png.isEmpty()) {
+        failWithLastError(context, "object.grabScreenshot");
+        return;
+    }
+    QString path;
+    if (const SharedPtr<ScriptArgument> file = context->argument(1))
+        path = QDir::current().absoluteFilePath(file->toString());
+    else if (TestResult* result = context->testResult())
+        path = result->newOutputFile(QStringLiteral("screenshot.png"));
+    if (path.isEmpty())
+        context->setError(
+            QStringLiteral("object.grabScreenshot() needs a file name here: there is no folder for results"));
+    else if (writeFile(context, path, png))
+        context->setResult(context->toArgument(path));
+}
+
+} // namespace Torvix

@@ -1,0 +1,67 @@
+#include "testsupport/reporting.h"
+
+#include "interpreter/base/scriptcontext.h"
+#include "testsupport/testresult.h"
+
+namespace Torvix {
+
+namespace {
+
+/** A failed check that is to end the test case leaves the script as an outcome, not as an error. */
+void endCaseAfter(ScriptContext* context, ResultType type, const QString& message)
+{
+    if (type == ResultType::Skip)
+        context->setError(message, ScriptContext::TestCaseSkipped);
+    else if (type == ResultType::Fatal || (isFailure(type) && context->testResult()->endsOnFailure()))
+        context->setError(message, ScriptContext::VerificationFailure);
+}
+
+QString joined(const QString& first, const QString& second)
+{
+    return first.isEmpty() || second.isEmpty() ? first + second : first + QLatin1Char('\n') + second;
+}
+
+} // namespace
+
+ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QString& fallback)
+{
+    const auto text = [&context](int index) {
+        const SharedPtr<ScriptArgument> argument = context.argument(index);
+        return argument ? argument->toString() : QString();
+    };
+    const QString message = text(firstIndex);
+    return {message.isEmpty() ? fallback : message, text(firstIndex + 1)};
+}
+
+void report(ScriptContext* context, ResultType type, const QString& message, const QString& detail,
+            const QVector<Attachment>& attachments)
+{
+    TestResult* result = context->testResult();
+    if (!result)
+        return;
+    LineInfo place;
+    context->lineInfo(&place, 0);
+    result->add(type, message, detail, place, attachments);
+    endCaseAfter(context, type, message);
+}
+
+void reportCheck(ScriptContext* context, Expectation expectation, bool passed, const ResultTexts& texts,
+                 const QString& finding, const QVector<Attachment>& attachments)
+{
+    ResultType type = passed ? ResultType::Pass : ResultType::Fail;
+    if (expectation == Expectation::Fail)
+        type = passed ? ResultType::UnexpectedPass : ResultType::ExpectedFail;
+    report(context, type, texts.message, joined(finding, texts.detail), attachments);
+}
+
+bool requireArguments(ScriptContext* context, int least, int most, const char* usage)
+{
+    const int count = context->argumentCount();
+    if (count >= least && count <= most)
+        return true;
+    context->setError(QStringLiteral("Wrong number of arguments (%1), use %2")
+                          .arg(QString::number(count), QLatin1String(usage)));
+    return false;
+}
+
+} // namespace Torvix

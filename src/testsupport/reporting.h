@@ -1,0 +1,43 @@
+#pragma once
+
+#include "testsupport/export.h"
+#include "testsupport/report/runreport.h"
+
+#include <QString>
+
+namespace Torvix {
+
+class ScriptContext;
+
+/** What a check may end in, for the ordinary form and for the form that expects a failure. */
+enum class Expectation { Pass, Fail };
+
+/** The optional message and detail that follow a test function's own arguments. */
+struct ResultTexts
+{
+    QString message;
+    QString detail;
+};
+
+/** Reads them from two arguments; `fallback` is the message when none is given. */
+ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QString& fallback);
+
+/** Reports at the place where the script calls from, and ends the case where it has to. */
+TORVIXTEST_EXPORT void report(ScriptContext* context, ResultType type, const QString& message,
+                              const QString& detail, const QVector<Attachment>& attachments = {});
+
+/**
+ * Reports a check: `passed` gives a pass or a failure, or where a failure is expected an unexpected
+ * pass or an expected failure. `finding` says what was seen and comes before the script's detail.
+ */
+TORVIXTEST_EXPORT void reportCheck(ScriptContext* context, Expectation expectation, bool passed,
+                                   const ResultTexts& texts, const QString& finding,
+                                   const QVector<Attachment>& attachments = {});
+
+/**
+ * False, with an error in the context, unless between least and most arguments are given.
+ * `usage` is the call as documented: "test.verify(condition[, message[, detail]])".
+ */
+TORVIXTEST_EXPORT bool requireArguments(ScriptContext* context, int least, int most, const char* usage);
+
+} // namespace Torvix

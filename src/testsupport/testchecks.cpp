@@ -1,0 +1,85 @@
+#include "interpreter/base/scriptcontext.h"
+#include "testsupport/reporting.h"
+#include "testsupport/testfunctions.h"
+#include "testsupport/textdiff.h"
+
+namespace Torvix {
+
+namespace {
+
+QString shown(const ScriptArgument& value)
+{
+    return QStringLiteral("'%1' (%2)").arg(value.toString(), value.typeName());
+}
+
+/** Texts of several lines are easier to read as a difference. */
+QString lineDifference(const ScriptArgument& actual, const ScriptArgument& expected)
+{
+    if (!actual.isString() || !expected.isString())
+        return {};
+    const QString seen = actual.toString();
+    const QString wanted = expected.toString();
+    if (!seen.contains(QLatin1Char('\n')) && !wanted.contains(QLatin1Char('\n')))
+        return {};
+    return QLatin1Char('\n') + textDifference(wanted, seen);
+}
+
+void verify(ScriptContext* context, Expectation expectation, const char* usage)
+{
+    if (!requireArguments(context, 1, 3, usage))
+        return;
+    const SharedPtr<ScriptArgument> condition = context->argument(0);
+    const bool passed = context->verify(condition);
+    // Only of a value that is no boolean is there more to say than true or false.
+    const QString finding = condition->isBoolean() ? QString() : shown(*condition);
+    reportCheck(context, expectation, passed, resultTexts(*context, 1, QStringLiteral("Verification")),
+                finding);
+}
+
+void compare(ScriptContext* context, Expectation expectation, const char* usage)
+{
+    if (!requireArguments(context, 2, 4, usage))
+        return;
+    const SharedPtr<ScriptArgument> actual = context->argument(0);
+    const SharedPtr<ScriptArgument> expected = context->argument(1);
+    const bool equal = context->compare(actual, expected);
+    QString finding = shown(*actual) + QLatin1String(" and ") + shown(*expected) +
+                      (equal ? QLatin1String(" are equal") : QLatin1String(" are not equal"));
+    if (!equal)
+        finding += lineDifference(*actual, *expected);
+    reportCheck(context, expectation, equal, resultTexts(*context, 2, QStringLiteral("Comparison")), finding);
+}
+
+} // namespace
+
+void testVerify(ScriptContext* context)
+{
+    verify(context, Expectation::Pass, "test.verify(condition[, message[, detail]])");
+}
+
+void testXVerify(ScriptContext* context)
+{
+    verify(context, Expectation::Fail, "test.xverify(condition[, message[, detail]])");
+}
+
+void testCompare(ScriptContext* context)
+{
+    compare(context, Expectation::Pass, "test.compare(actual, expected[, message[, detail]])");
+}
+
+void testXCompare(ScriptContext* context)
+{
+    compare(context, Expectation::Fail, "test.xcompare(actual, expected[, message[, detail]])");
+}
+
+void testException(ScriptContext* context)
+{
+    if (!requireArguments(context, 1, 3, "test.exception(code[, message[, detail]])"))
+        return;
+    const std::pair<QString, QString> finding = context->catchException(context->argument(0));
+    const bool passed = finding.second.isEmpty();
+    reportCheck(context, Expectation::Pass, passed, resultTexts(*context, 1, QStringLiteral("Exception")),
+                passed ? finding.first : finding.second);
+}
+
+} // namespace Torvix

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "shared/base/lineinfo.h"
+#include "testsupport/export.h"
+#include "testsupport/report/runreport.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace Torvix {
+
+class ResultStreamWriter;
+
+/**
+ * The sink of one test case's results: counts them, gives each the place that it belongs to and the
+ * sections that are open, and hands it to the result stream.
+ *
+ *     TestResult result(&stream, resultFolder);
+ *     interpreter->initTestFunctions(&result);
+ *     ... run the script ...
+ *     stream.caseEnded(result.outcome(), elapsed);
+ */
+class TORVIXTEST_EXPORT TestResult
+{
+public:
+    /**
+     * @param stream borrowed; may be null: results are then only counted
+     * @param outputFolder where attachments go, made when needed; empty when there is none
+     */
+    explicit TestResult(ResultStreamWriter* stream, const QString& outputFolder = QString());
+    TestResult(const TestResult&) = delete;
+    TestResult& operator=(const TestResult&) = delete;
+
+    /** A place without a file is an unknown one. Failures get the source around their line. */
+    void add(ResultType type, const QString& message, const QString& detail, const LineInfo& place,
+             const QVector<Attachment>& attachments = {});
+
+    int count(ResultType type) const { return m_counts[std::size_t(type)]; }
+    /** Verdict over everything so far: Error before Failed before Skipped. */
+    CaseOutcome outcome() const;
+    /** The number of checks: passes and failures, expected or not. */
+    int checkCount() const;
+
+    void startSection(const QString& title);
+    /** False when none is open. */
+    bool endSection();
+    const QStringList& sections() const { return m_sections; }
+
+    /** Results get this place instead of their own until it is restored; fixed places nest. */
+    void fixatePlace(const LineInfo& place) { m_fixedPlaces.push_back(place); }
+    /** False when none is fixed. */
+    bool restorePlace();
+
+    /** Whether a failed check ends the test case. Off at first. */
+    bool endsOnFailure() const { return m_endsOnFailure; }
+    void setEndsOnFailure(bool ends) { m_endsOnFailure = ends; }
+
+    QString outputFolder() const { return m_outputFolder; }
+    /** A path in the output folder that nothing has yet, for a name such as "shot.png". Null string
+     *  when there is no such folder and it cannot be made. */
+    QString newOutputFile(const QString& name);
+
+private:
+    static constexpr std::size_t typeCount = std::size_t(ResultType::Log) + 1;
+
+    ResultStreamWriter* m_stream;
+    QString m_outputFolder;
+    int m_counts[typeCount] = {};
+    QStringList m_sections;
+    std::vector<LineInfo> m_fixedPlaces;
+    bool m_endsOnFailure = false;
+};
+
+} // namespace Torvix
