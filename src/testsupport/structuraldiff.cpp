@@ -202,8 +202,7 @@ bool parseJson(const QByteArray& bytes, const char* which, QJsonValue* value, QS
     const QString reason = problem.error == QJsonParseError::NoError ? QStringLiteral("it is no single value")
                                                                      : problem.errorString();
     *error = QStringLiteral("The %1 document is no JSON: line %2: %3")
-                 .arg(QLatin1String(which), QString::number(before.count('
-') + 1), reason);
+                 .arg(QLatin1String(which), QString::number(before.count('\n') + 1), reason);
     return false;
 }
 
