@@ -8,7 +8,7 @@ namespace Torvix {
 
 KjsDebuggerBase::~KjsDebuggerBase() = default;
 
-JsDebugger::JsDebugger(JsInterpreter* interpreter) : Debugger(interpreter)
+JsDebugger::JsDebugger(JsInterpreter* interpreter) : Torvix::Debugger(interpreter)
 {
     setHooksWanted(false);
 }

@@ -37,8 +37,7 @@ public:
     /** States of the entered frames, outermost first. */
     std::vector<KJS::ExecState*> execStates() const;
 
-    bool sourceParsed(KJS::ExecState* exec, int sourceId, const KJS::UString& source,
-                      int errorLine) override;
+    bool sourceParsed(KJS::ExecState* exec, int sourceId, const KJS::UString& source, int errorLine) override;
     bool exception(KJS::ExecState* exec, const KJS::Value& value, bool caught) override;
 };
 

@@ -31,8 +31,10 @@ class ExecStateSwap
 {
 public:
     ExecStateSwap(JSScriptContext* context, KJS::ExecState* exec)
-        : m_context(context), m_saved(context->swapExecState(exec))
-    {}
+        : m_context(context)
+        , m_saved(context->swapExecState(exec))
+    {
+    }
     ExecStateSwap(const ExecStateSwap&) = delete;
     ExecStateSwap& operator=(const ExecStateSwap&) = delete;
     ~ExecStateSwap() { m_context->swapExecState(m_saved); }

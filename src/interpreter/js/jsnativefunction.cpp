@@ -13,16 +13,19 @@ const KJS::ClassInfo JsNativeObjectMethodImp::info = {"Function", &KJS::Internal
 
 JsNativeSignature::JsNativeSignature(const QString& functionName, const QStringList& mandatory,
                                      const QStringList& optional, const QString& help)
-    : name(functionName), mandatoryArguments(mandatory), optionalArguments(optional),
-      helpLines(help.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-{}
+    : name(functionName)
+    , mandatoryArguments(mandatory)
+    , optionalArguments(optional)
+    , helpLines(help.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+{
+}
 
 QString JsNativeSignature::toString() const
 {
     QString text;
     if (!helpLines.isEmpty())
-        text = QStringLiteral("\n/**\n * ") + helpLines.join(QStringLiteral("\n * ")) +
-               QStringLiteral("\n**/");
+        text =
+            QStringLiteral("\n/**\n * ") + helpLines.join(QStringLiteral("\n * ")) + QStringLiteral("\n**/");
     text += QStringLiteral("\nfunction %1(").arg(name) + mandatoryArguments.join(QLatin1Char(','));
     bool isFirst = mandatoryArguments.isEmpty();
     for (const QString& argument : optionalArguments) {
@@ -34,9 +37,11 @@ QString JsNativeSignature::toString() const
 
 JsNativeFunctionImp::JsNativeFunctionImp(OurKJSInterpreter* interpreter, const JsNativeSignature& signature,
                                          NativeScriptFunction function)
-    : InternalFunctionImp(interpreter->nativeFunctionPrototype(), signature.name), m_signature(signature),
-      m_function(function)
-{}
+    : InternalFunctionImp(interpreter->nativeFunctionPrototype(), signature.name)
+    , m_signature(signature)
+    , m_function(function)
+{
+}
 
 KJS::Value JsNativeFunctionImp::call(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
@@ -48,14 +53,17 @@ KJS::Value JsNativeFunctionImp::call(KJS::ExecState* exec, KJS::Object&, const K
 JsNativeObjectMethodImp::JsNativeObjectMethodImp(OurKJSInterpreter* interpreter,
                                                  const JsNativeSignature& signature,
                                                  NativeScriptMethod function, JsNativeTypePrototypeImp* owner)
-    : InternalFunctionImp(interpreter->nativeFunctionPrototype(), signature.name), m_signature(signature),
-      m_function(function), m_owner(owner)
-{}
+    : InternalFunctionImp(interpreter->nativeFunctionPrototype(), signature.name)
+    , m_signature(signature)
+    , m_function(function)
+    , m_owner(owner)
+{
+}
 
 KJS::Value JsNativeObjectMethodImp::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
 {
-    auto* wrapper = thisObj.inherits(m_owner->instanceInfo()) ? dynamic_cast<JsNativeObjectImp*>(thisObj.imp())
-                                                              : nullptr;
+    auto* wrapper =
+        thisObj.inherits(m_owner->instanceInfo()) ? dynamic_cast<JsNativeObjectImp*>(thisObj.imp()) : nullptr;
     if (!wrapper)
         return argError(exec, KJS::GeneralError,
                         QStringLiteral("Wrong this object, expected %1").arg(m_owner->typeName()));
@@ -66,11 +74,13 @@ KJS::Value JsNativeObjectMethodImp::call(KJS::ExecState* exec, KJS::Object& this
 
 JsNativeFunctionPrototype::JsNativeFunctionPrototype(const KJS::Object& functionPrototype)
     : InternalFunctionImp(functionPrototype)
-{}
+{
+}
 
 JsNativeFunctionProtoMethodImp::JsNativeFunctionProtoMethodImp(const KJS::Object& functionPrototype)
     : InternalFunctionImp(functionPrototype, "toString")
-{}
+{
+}
 
 KJS::Value JsNativeFunctionProtoMethodImp::call(KJS::ExecState* exec, KJS::Object& thisObj,
                                                 const KJS::List& args)

@@ -19,9 +19,9 @@ void addFunctions(OurKJSInterpreter* interpreter, KJS::ObjectImp* object,
                   const QMap<QString, NativeScriptType::StaticMethod>& functions)
 {
     for (auto it = functions.cbegin(); it != functions.cend(); ++it)
-        object->putDirect(
-            it.key(), new JsNativeFunctionImp(interpreter, signatureOf(it.key(), *it), it->function),
-            KJS::ReadOnly);
+        object->putDirect(it.key(),
+                          new JsNativeFunctionImp(interpreter, signatureOf(it.key(), *it), it->function),
+                          KJS::ReadOnly);
 }
 
 void addAccessors(OurKJSInterpreter* interpreter, KJS::ObjectImp* object,
@@ -41,10 +41,12 @@ void addAccessors(OurKJSInterpreter* interpreter, KJS::ObjectImp* object,
 JsNativeTypePrototypeImp::JsNativeTypePrototypeImp(OurKJSInterpreter* interpreter,
                                                    const NativeScriptType& type, void* key,
                                                    const QString& name)
-    : ObjectImp(getBaseTypeProto(interpreter->globalExec(), type.super())), m_type(type), m_key(key),
-      m_name(name.toUtf8()),
-      m_instanceInfo{m_name.constData(), getBaseTypeInfo(interpreter->globalExec(), type.super())},
-      m_prototypeInfo{m_name.constData(), nullptr}
+    : ObjectImp(getBaseTypeProto(interpreter->globalExec(), type.super()))
+    , m_type(type)
+    , m_key(key)
+    , m_name(name.toUtf8())
+    , m_instanceInfo{m_name.constData(), getBaseTypeInfo(interpreter->globalExec(), type.super())}
+    , m_prototypeInfo{m_name.constData(), nullptr}
 {
     addMethods(interpreter);
     addProperties(interpreter);
@@ -54,10 +56,9 @@ void JsNativeTypePrototypeImp::addMethods(OurKJSInterpreter* interpreter)
 {
     const auto& methods = m_type.methods();
     for (auto it = methods.cbegin(); it != methods.cend(); ++it)
-        putDirect(
-            it.key(),
-            new JsNativeObjectMethodImp(interpreter, signatureOf(it.key(), *it), it->function, this),
-            KJS::ReadOnly);
+        putDirect(it.key(),
+                  new JsNativeObjectMethodImp(interpreter, signatureOf(it.key(), *it), it->function, this),
+                  KJS::ReadOnly);
 }
 
 void JsNativeTypePrototypeImp::addProperties(OurKJSInterpreter* interpreter)
@@ -89,8 +90,10 @@ KJS::Object JsNativeTypePrototypeImp::getBaseTypeProto(KJS::ExecState* exec, voi
 
 JsNativeTypeImp::JsNativeTypeImp(OurKJSInterpreter* interpreter, const QString& name,
                                  JsNativeTypePrototypeImp* prototype, void* key)
-    : InternalFunctionImp(interpreter->builtinFunctionPrototype(), name),
-      m_constructor(prototype->description().constructor()), m_prototype(prototype), m_key(key)
+    : InternalFunctionImp(interpreter->builtinFunctionPrototype(), name)
+    , m_constructor(prototype->description().constructor())
+    , m_prototype(prototype)
+    , m_key(key)
 {
     addFunctions(interpreter, this, prototype->description().staticMethods());
     addAccessors(interpreter, this, prototype->description().staticProperties());
@@ -126,12 +129,16 @@ KJS::Value JsNativeTypeImp::call(KJS::ExecState* exec, KJS::Object&, const KJS::
 
 JsNativeObjectImp::JsNativeObjectImp(JsNativeTypePrototypeImp* prototype,
                                      SharedPtr<NativeScriptObject> object)
-    : ObjectImp(prototype), m_object(object), m_prototype(prototype)
-{}
+    : ObjectImp(prototype)
+    , m_object(object)
+    , m_prototype(prototype)
+{
+}
 
 JsNativeNamespaceImp::JsNativeNamespaceImp(OurKJSInterpreter* interpreter, const QString& name,
                                            const NativeScriptNamespace& nameSpace)
-    : ObjectImp(interpreter->builtinObjectPrototype()), m_name(name)
+    : ObjectImp(interpreter->builtinObjectPrototype())
+    , m_name(name)
 {
     addFunctions(interpreter, this, nameSpace.functions());
     addAccessors(interpreter, this, nameSpace.properties());

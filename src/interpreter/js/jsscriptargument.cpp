@@ -18,8 +18,10 @@
 namespace Torvix {
 
 JSScriptArgument::JSScriptArgument(KJS::ExecState* exec, const KJS::Value& value)
-    : m_exec(exec), m_value(value)
-{}
+    : m_exec(exec)
+    , m_value(value)
+{
+}
 
 JSScriptArgument::~JSScriptArgument() = default;
 

@@ -106,6 +106,8 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(const ScriptArgument::Map&
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<NativeScriptObject> object) const
 {
+    if (!object)
+        return nullArgument();
     JsNativeTypePrototypeImp* prototype = ourInterpreter(m_exec)->nativeType(object->type());
     if (prototype)
         return argumentOf(new JsNativeObjectImp(prototype, object));
@@ -116,7 +118,7 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<NativeScriptObje
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<Object> object) const
 {
-    return argumentOf(jsWrap(m_exec, object));
+    return object ? argumentOf(jsWrap(m_exec, object)) : nullArgument();
 }
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(const Debugger::Location& location) const
@@ -183,9 +185,8 @@ bool JSScriptContext::evaluateExpression(const QString& expression, QString* err
     const KJS::Completion completion = m_exec->interpreter()->evaluate(expression);
     if (completion.complType() == KJS::Throw) {
         const KJS::Object thrown = KJS::Object::dynamicCast(completion.value());
-        *error = (thrown.isNull() ? completion.value() : thrown.get(m_exec, "message"))
-                     .toString(m_exec)
-                     .qstring();
+        *error =
+            (thrown.isNull() ? completion.value() : thrown.get(m_exec, "message")).toString(m_exec).qstring();
         return false;
     }
     error->clear();

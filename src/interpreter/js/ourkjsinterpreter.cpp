@@ -60,9 +60,9 @@ KJS::UString OurKJSInterpreter::loadModuleCode(const KJS::UString& path, KJS::US
 
 void OurKJSInterpreter::initNativeTypes()
 {
-    auto* prototype = new JsNativeFunctionPrototype;
-    m_nativeFunctionPrototype = prototype;
-    prototype->putDirect("toString", new JsNativeFunctionProtoMethodImp(prototype), KJS::ReadOnly);
+    m_nativeFunctionPrototype = new JsNativeFunctionPrototype(builtinFunctionPrototype());
+    m_nativeFunctionPrototype.putDirect(
+        "toString", new JsNativeFunctionProtoMethodImp(builtinFunctionPrototype()), KJS::ReadOnly);
 }
 
 void OurKJSInterpreter::destroyNativeTypes()
