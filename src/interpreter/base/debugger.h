@@ -95,7 +95,7 @@ public:
     void popFrameAndSetCurrent();
 
     /** Innermost first: the current position and its callers, without those in unknown files. */
-    std::vector<LineInfo> callStack() const;
+    virtual std::vector<LineInfo> callStack() const;
 
     /** Ties a source id to its file. */
     void setCode(int sourceId, const QString& fileName);

@@ -2,6 +2,8 @@
 
 #include "interpreter/base/debugger.h"
 
+#include <QVector>
+
 namespace Torvix {
 
 namespace {

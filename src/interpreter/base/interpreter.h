@@ -3,6 +3,7 @@
 #include "interpreter/base/export.h"
 #include "interpreter/base/nativescripttype.h"
 #include "interpreter/base/scriptargument.h"
+#include "objectmodel/object.h"
 #include "shared/base/lineinfo.h"
 #include "shared/base/sharedptr.h"
 
@@ -10,7 +11,6 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
-#include <QVector>
 
 #include <memory>
 #include <vector>
@@ -20,8 +20,6 @@ namespace Torvix {
 class Debugger;
 class RunnerInterface;
 class TestResult;
-
-using ObjectList = QVector<SharedPtr<Object>>;
 
 /**
  * A script interpreter as the runner uses it, whatever the language.

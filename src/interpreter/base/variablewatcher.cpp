@@ -1,0 +1,56 @@
+#include "interpreter/base/variablewatcher.h"
+
+#include "objectmodel/class.h"
+#include "objectmodel/object.h"
+
+namespace Torvix {
+
+VariableWatcher::VariableWatcher() = default;
+VariableWatcher::VariableWatcher(const VariableWatcher&) = default;
+VariableWatcher& VariableWatcher::operator=(const VariableWatcher&) = default;
+VariableWatcher::~VariableWatcher() = default;
+
+std::vector<VariableRow> VariableWatcher::variableBindings(const QString& name) const
+{
+    if (name.isEmpty())
+        return globalBindings();
+    if (isLanguageObject(name))
+        return languageObjectBindings(name);
+    const SharedPtr<Object> object = m_objects.value(name);
+    return object ? objectBindings(name.mid(1), object) : std::vector<VariableRow>();
+}
+
+bool VariableWatcher::objectHasComponents(SharedPtr<Object> object) const
+{
+    return object && !object->isNull() && object->objectClass()->numProperties() > 0;
+}
+
+void VariableWatcher::registerTorvixObject(const QString& name, SharedPtr<Object> object) const
+{
+    m_objects.insert(name, object);
+}
+
+std::vector<VariableRow> VariableWatcher::objectBindings(const QString& prefix,
+                                                         const SharedPtr<Object>& object) const
+{
+    std::vector<VariableRow> rows;
+    const Class* objectClass = object->objectClass();
+    for (int index = 0; index < objectClass->numProperties(); ++index) {
+        const Property* property = objectClass->property(index);
+        if (!property->isReadable())
+            continue;
+        const SharedPtr<Object> value = property->get(object);
+        if (!value)
+            continue;
+        const QString path = prefix + QLatin1Char('.') + property->name();
+        if (objectHasComponents(value)) {
+            registerTorvixObject(QLatin1Char('+') + path, value);
+            rows.emplace_back(QLatin1Char('+') + path, VariableValue{value->className(), QString()});
+        } else {
+            rows.emplace_back(path, VariableValue{value->className(), value->toString()});
+        }
+    }
+    return rows;
+}
+
+} // namespace Torvix

@@ -1,0 +1,354 @@
+#include "interpreter/js/jsinterpreter.h"
+
+#include "engine/collector.h"
+#include "engine/function.h"
+#include "interpreter/js/jsconvert.h"
+#include "interpreter/js/jsdebugger.h"
+#include "interpreter/js/jsnativefunction.h"
+#include "interpreter/js/jsnativeobject.h"
+#include "interpreter/js/jsobject.h"
+#include "interpreter/js/jsscriptargument.h"
+#include "interpreter/js/jsscriptcontext.h"
+#include "interpreter/js/ourkjsinterpreter.h"
+#include "objectmodel/class.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/object.h"
+#include "shared/host/environment.h"
+#include "shared/host/realpath.h"
+
+namespace Torvix {
+
+namespace {
+
+/** Puts the exception of a state back when a question was asked that may itself have raised one. */
+class ExceptionKeeper
+{
+public:
+    explicit ExceptionKeeper(KJS::ExecState* exec) : m_exec(exec), m_exception(exec->exception()) {}
+    ExceptionKeeper(const ExceptionKeeper&) = delete;
+    ExceptionKeeper& operator=(const ExceptionKeeper&) = delete;
+    ~ExceptionKeeper() { m_exec->setException(m_exception); }
+
+private:
+    KJS::ExecState* m_exec;
+    KJS::Value m_exception;
+};
+
+QString textOf(KJS::ExecState* exec, const KJS::Value& value)
+{
+    const ExceptionKeeper keeper(exec);
+    return value.toString(exec).qstring();
+}
+
+/** A number property above 0, or 0. */
+int positiveProperty(KJS::ExecState* exec, const KJS::Object& object, const char* name)
+{
+    const ExceptionKeeper keeper(exec);
+    const KJS::Value value = object.get(exec, name);
+    return value.type() == KJS::NumberType ? qMax(0, int(value.toInt32(exec))) : 0;
+}
+
+bool isTestOutcomeObject(KJS::ExecState* exec, const KJS::Object& object)
+{
+    const ExceptionKeeper keeper(exec);
+    if (!object.hasProperty(exec, torvixErrorType))
+        return false;
+    const QString type = object.get(exec, torvixErrorType).toString(exec).qstring();
+    return type == QLatin1String(torvixVerificationFailure) || type == QLatin1String(torvixTestcaseSkipped);
+}
+
+QString defaultModuleDirectory()
+{
+    return QString::fromStdString(Environment::getVariable("TORVIX_PREFIX")) +
+           QStringLiteral("/lib/javascript");
+}
+
+/** Gives the debugger's position back after a call from outside. */
+class PositionKeeper
+{
+public:
+    explicit PositionKeeper(Debugger* debugger) : m_debugger(debugger), m_frame(debugger->currentFrame()) {}
+    PositionKeeper(const PositionKeeper&) = delete;
+    PositionKeeper& operator=(const PositionKeeper&) = delete;
+    ~PositionKeeper()
+    {
+        m_debugger->setCurrentLine(m_frame.line);
+        m_debugger->setCurrentColumn(m_frame.column);
+        m_debugger->setCurrentSourceId(m_frame.sourceId);
+    }
+
+private:
+    Debugger* m_debugger;
+    DebuggerFrame m_frame;
+};
+
+} // namespace
+
+QString callBackIdentifier(const KJS::ObjectImp* function)
+{
+    return QStringLiteral("CallBack|0x%1").arg(quintptr(function), 0, 16);
+}
+
+// Each step needs the one before it.
+JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
+{
+    const KJS::Object global = new JsGlobalImp;
+    m_scriptContext = std::make_unique<JSScriptContext>();
+    ScriptContext::setCurrent(m_scriptContext.get());
+    m_interpreter = std::make_unique<OurKJSInterpreter>(global);
+    initBindings();
+    initNativeAPI();
+    auto* debugger = new JsDebugger(this);
+    debugger->attach(m_interpreter.get());
+    setDebugger(debugger);
+    addToSearchPath(QFileInfo(defaultModuleDirectory()));
+}
+
+JsInterpreter::~JsInterpreter()
+{
+    clearCallables();
+    m_callBacks.clear();
+    debugger()->initVariableWatcher();
+    setLastResult(nullptr);
+    m_scriptContext.reset();
+    ScriptContext::setCurrent(nullptr);
+    m_interpreter.reset();
+    while (KJS::Collector::collect()) {
+    }
+}
+
+JsInterpreter* JsInterpreter::self()
+{
+    return dynamic_cast<JsInterpreter*>(Interpreter::self());
+}
+
+void JsInterpreter::initBindings()
+{
+    const Class* globalClass = Inspector::self()->globalClass();
+    if (!globalClass)
+        return;
+    KJS::ExecState* exec = getGlobalExecState();
+    KJS::Object global = m_interpreter->globalObject();
+    for (int index = 0; index < globalClass->numEnumerators(); ++index) {
+        const Enum* enumerator = globalClass->enumerator(index);
+        for (int key = 0; key < enumerator->count(); ++key)
+            global.put(exec, enumerator->key(key), KJS::Number(enumerator->value(key)), KJS::DontEnum);
+    }
+}
+
+KJS::ExecState* JsInterpreter::getGlobalExecState() const
+{
+    return m_interpreter->globalExec();
+}
+
+void JsInterpreter::keepResult(const KJS::Value& value)
+{
+    setLastResult(new JSScriptArgument(getGlobalExecState(), value));
+}
+
+bool JsInterpreter::evaluate(const QString& code, const QString& fileName, bool, bool silent)
+{
+    clearError();
+    setLastResult(nullptr);
+    ScriptContext::setCurrent(m_scriptContext.get());
+    jsSourceFile = std::make_unique<QString>(realPath(fileName));
+    const KJS::Completion completion = m_interpreter->evaluate(code, KJS::Value(), false);
+    if (completion.hasValue()) {
+        setResultMessage(textOf(getGlobalExecState(), completion.value()));
+        keepResult(completion.value());
+    }
+    if (completion.complType() != KJS::Throw)
+        return true;
+    if (!silent)
+        fetchErrorInfo(getGlobalExecState(), &completion.value(), nullptr);
+    return false;
+}
+
+KJS::Value JsInterpreter::evaluateJs(const QString& code, bool* hadValue, const QString&, bool, bool silent)
+{
+    *hadValue = false;
+    clearError();
+    setLastResult(nullptr);
+    ScriptContext::setCurrent(m_scriptContext.get());
+    const KJS::Completion completion = m_interpreter->evaluate(code, KJS::Value(), false);
+    if (completion.complType() == KJS::Throw) {
+        if (!silent)
+            fetchErrorInfo(getGlobalExecState(), &completion.value(), nullptr);
+    } else if (completion.hasValue()) {
+        *hadValue = true;
+        keepResult(completion.value());
+    }
+    return completion.value();
+}
+
+/** The function of that name, or a null object with the error message set. */
+KJS::Object JsInterpreter::findCallable(KJS::ExecState* exec, const QString& name)
+{
+    const KJS::Value property = m_interpreter->globalObject().get(exec, KJS::Identifier(name));
+    KJS::Object function = KJS::Object::dynamicCast(property);
+    if (property.isUndefined()) {
+        const auto callBack = m_callBacks.constFind(name);
+        if (callBack == m_callBacks.constEnd()) {
+            setErrorMessage(QStringLiteral("Can't find function '%1'").arg(name));
+            return KJS::Object();
+        }
+        function = *callBack;
+    }
+    if (!function.isNull() && function.implementsCall())
+        return function;
+    setErrorMessage(QStringLiteral("'%1' is not a function").arg(name));
+    return KJS::Object();
+}
+
+bool JsInterpreter::call(const QString& name, const ObjectList& args)
+{
+    const PositionKeeper position(debugger());
+    clearError();
+    KJS::ExecState* exec = m_execStates.isEmpty() ? getGlobalExecState() : m_execStates.top();
+    KJS::Object function = findCallable(exec, name);
+    if (function.isNull())
+        return false;
+    exec->clearException();
+    KJS::List list;
+    list.reserve(args.size());
+    for (const SharedPtr<Object>& arg : args)
+        list.append(jsNatify(exec, arg));
+    if (exec->context().isNull() && function.inherits(&KJS::DeclaredFunctionImp::info)) {
+        const auto* declared = static_cast<const KJS::DeclaredFunctionImp*>(function.imp());
+        debugger()->setCurrentLine(declared->declarationLine());
+        debugger()->setCurrentSourceId(declared->sourceId());
+    }
+    KJS::Object global = m_interpreter->globalObject();
+    function.call(exec, global, list);
+    if (!exec->hadException())
+        return true;
+    bool isTestOutcome = false;
+    fetchErrorInfo(exec, nullptr, &isTestOutcome);
+    if (isTestOutcome)
+        clearError();
+    return isTestOutcome;
+}
+
+bool JsInterpreter::hasFunction(const QString& name) const
+{
+    KJS::ExecState* exec = getGlobalExecState();
+    const ExceptionKeeper keeper(exec);
+    const KJS::Object function =
+        KJS::Object::dynamicCast(m_interpreter->globalObject().get(exec, KJS::Identifier(name)));
+    return !function.isNull() && function.implementsCall();
+}
+
+bool JsInterpreter::checkSyntax(const QString& code, const QString& fileName)
+{
+    int line = 0;
+    KJS::UString message;
+    if (m_interpreter->checkSyntax(code, &line, &message))
+        return true;
+    setErrorFile(fileName);
+    setErrorMessage(message.qstring());
+    setErrorLine(line);
+    return false;
+}
+
+void JsInterpreter::fetchErrorInfo(KJS::ExecState* exec, const KJS::Value* exception, bool* isTestOutcome)
+{
+    const KJS::Value value = exception ? *exception : exec->exception();
+    const KJS::Object error = KJS::Object::dynamicCast(value);
+    if (error.isNull()) {
+        fetchPrimitiveError(exec, value);
+        return;
+    }
+    if (isTestOutcomeObject(exec, error)) {
+        if (isTestOutcome)
+            *isTestOutcome = true;
+        return;
+    }
+    {
+        const ExceptionKeeper keeper(exec);
+        setErrorMessage(error.get(exec, "message").toString(exec).qstring());
+    }
+    if (const int line = positiveProperty(exec, error, "line"))
+        setErrorLine(line);
+    if (const int sourceId = positiveProperty(exec, error, "sourceId"))
+        setErrorFile(Debugger::self()->findSourceId(sourceId));
+}
+
+void JsInterpreter::fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception)
+{
+    setErrorMessage(QStringLiteral("Script threw exception: ") + textOf(exec, exception));
+    const std::vector<LineInfo> stack = errorCallStack();
+    if (stack.empty())
+        return;
+    setErrorFile(stack.front().file);
+    setErrorLine(stack.front().line);
+}
+
+void JsInterpreter::setError(const QString& message)
+{
+    KJS::ExecState* exec = getGlobalExecState();
+    exec->setException(KJS::Error::create(exec, KJS::GeneralError, message, -1, -1));
+}
+
+bool JsInterpreter::addGlobalFunction(const QString& name, NativeScriptFunction function,
+                                      const QStringList& mandatory, const QStringList& optional,
+                                      const QString& help)
+{
+    KJS::Object global = m_interpreter->globalObject();
+    global.put(getGlobalExecState(), KJS::Identifier(name),
+               new JsNativeFunctionImp(m_interpreter.get(),
+                                       JsNativeSignature(name, mandatory, optional, help), function));
+    return true;
+}
+
+bool JsInterpreter::addType(const QString& name, void* key, const NativeScriptType& type)
+{
+    auto* prototype = new JsNativeTypePrototypeImp(m_interpreter.get(), type, key, name);
+    m_interpreter->addNativeType(key, prototype);
+    KJS::Object constructor = new JsNativeTypeImp(m_interpreter.get(), name, prototype, key);
+    constructor.putDirect("prototype", prototype, KJS::ReadOnly);
+    prototype->putDirect("constructor", constructor, KJS::ReadOnly);
+    KJS::Object global = m_interpreter->globalObject();
+    global.put(getGlobalExecState(), KJS::Identifier(name), constructor, KJS::ReadOnly);
+    return true;
+}
+
+bool JsInterpreter::addNamespace(const QString& name, const NativeScriptNamespace& nameSpace)
+{
+    KJS::Object global = m_interpreter->globalObject();
+    global.put(getGlobalExecState(), KJS::Identifier(name),
+               new JsNativeNamespaceImp(m_interpreter.get(), name, nameSpace));
+    return true;
+}
+
+void JsInterpreter::initTestFunctions(TestResult* result)
+{
+    ScriptContext::current()->setTestResult(result);
+}
+
+QString JsInterpreter::addToSearchPath(const QFileInfo& directory)
+{
+    m_interpreter->addToSearchPath(directory);
+    return QString();
+}
+
+void JsInterpreter::setScriptArguments(const QString& name, const QStringList& args)
+{
+    Interpreter::setScriptArguments(name, args);
+    m_scriptArguments = args;
+    m_scriptArguments.prepend(name);
+}
+
+QString JsInterpreter::registerCallBack(const KJS::Object& function)
+{
+    const QString identifier = callBackIdentifier(function.imp());
+    m_callBacks.insert(identifier, function);
+    return identifier;
+}
+
+QString JsInterpreter::unregisterCallBack(const KJS::Object& function)
+{
+    const QString identifier = callBackIdentifier(function.imp());
+    return m_callBacks.remove(identifier) > 0 ? identifier : QString();
+}
+
+} // namespace Torvix
