@@ -2,6 +2,10 @@
 
 #include "engine/object.h"
 
+namespace KJS {
+class Interpreter;
+}
+
 namespace Torvix {
 
 /** A plain native function as the engine calls it. */
@@ -25,6 +29,9 @@ class ExtraFunctionImp : public KJS::ObjectImp
 public:
     /** `length` is the function's property of that name. */
     ExtraFunctionImp(JsNativeCode fn, int length);
+
+    /** Fills the global object with the script API, in its fixed order. */
+    static void init(KJS::Interpreter* interpreter, KJS::Object* global);
 
     bool implementsCall() const override { return true; }
     KJS::Value call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args) override;

@@ -2,6 +2,7 @@
 
 #include "engine/collector.h"
 #include "engine/function.h"
+#include "interpreter/js/extrafunction.h"
 #include "interpreter/js/jsconvert.h"
 #include "interpreter/js/jsdebugger.h"
 #include "interpreter/js/jsnativefunction.h"
@@ -9,6 +10,7 @@
 #include "interpreter/js/jsobject.h"
 #include "interpreter/js/jsscriptargument.h"
 #include "interpreter/js/jsscriptcontext.h"
+#include "interpreter/js/jstest.h"
 #include "interpreter/js/ourkjsinterpreter.h"
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
@@ -97,6 +99,8 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
     ScriptContext::setCurrent(m_scriptContext.get());
     m_interpreter = std::make_unique<OurKJSInterpreter>(global);
     initBindings();
+    KJS::Object globalObject = m_interpreter->globalObject();
+    ExtraFunctionImp::init(m_interpreter.get(), &globalObject);
     initNativeAPI();
     auto* debugger = new JsDebugger(this);
     debugger->attach(m_interpreter.get());
@@ -322,6 +326,8 @@ bool JsInterpreter::addNamespace(const QString& name, const NativeScriptNamespac
 
 void JsInterpreter::initTestFunctions(TestResult* result)
 {
+    KJS::ExecState* exec = m_interpreter->globalExec();
+    m_interpreter->globalObject().put(exec, "test", new JsTest(exec, result), KJS::None);
     ScriptContext::current()->setTestResult(result);
 }
 
