@@ -12,7 +12,7 @@ namespace {
 constexpr unsigned MaxRows = 1048576;
 constexpr unsigned MaxColumns = 16384;
 /** The bounds of what one table may hold in memory: rows out of order may come again and again. */
-constexpr std::size_t MaxRecords = 2 * std::size_t(MaxRows);
+constexpr std::size_t MaxRecords = MaxRows;
 constexpr std::size_t MaxCells = std::size_t(1) << 26;
 
 std::string_view textOf(const QByteArray& document)
@@ -209,7 +209,7 @@ bool ExcelXmlSheet::fillGap(unsigned upTo)
 {
     for (unsigned row = m_expectedRow; row < upTo; ++row)
         addRecord(row, m_blankRow, m_width);
-    if (m_records < MaxRecords)
+    if (m_records <= MaxRecords)
         return true;
     m_error = QStringLiteral("there are more rows than a sheet can have");
     return false;
@@ -247,7 +247,7 @@ PackedCells::Slice ExcelXmlSheet::readSharedCell()
     std::size_t index = 0;
     if (nextChild(m_scanner)) {
         if (m_scanner.readElementText())
-            index = leadingNumber(m_scanner.text());
+            index = leadingNumber(m_scanner.decodedText());
         m_scanner.skipElement();
     }
     return index < m_strings.size() ? m_strings[index] : PackedCells::Slice();
