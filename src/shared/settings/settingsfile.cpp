@@ -21,6 +21,7 @@ void Settings::parse()
     }
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
+    stream.setAutoDetectUnicode(false);
 
     QString groupName;
     Group* group = nullptr;
