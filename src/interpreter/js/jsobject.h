@@ -104,4 +104,11 @@ bool isTorvixClass(KJS::ExecState* exec, const KJS::Value& value);
 /** Id of the current application context; -1 without a runner or an application. */
 int currentRunnerAppId();
 
+/** The message, followed by ": " and the object model's last error when there is one. */
+QString withLastError(const QString& message);
+/** The value of a key of the first enumeration, own or inherited, that has it. */
+bool enumeratorValue(const Class* cls, const QString& key, int* value);
+/** Called with each value that could be cached on an object; nothing is. */
+void jsCacheValue(const KJS::ObjectImp* object, const KJS::Identifier& name, const KJS::Value& value);
+
 } // namespace Torvix

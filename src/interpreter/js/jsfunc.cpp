@@ -1,0 +1,134 @@
+#include "interpreter/js/jsfunc.h"
+
+#include "engine/interpreter.h"
+#include "interpreter/js/jsconvert.h"
+#include "interpreter/js/jsinterpreter.h"
+#include "interpreter/js/jsobject.h"
+#include "interpreter/js/jsutils.h"
+#include "interpreter/js/overload.h"
+#include "interpreter/js/remoteobjectmodelholder.h"
+#include "objectmodel/inspector.h"
+
+#include <QLoggingCategory>
+
+using namespace Torvix;
+
+namespace {
+
+/** While a call waits for the application, script functions that it calls back run on its state. */
+class ExecStateOnStack
+{
+public:
+    explicit ExecStateOnStack(KJS::ExecState* exec)
+        : m_interpreter(static_cast<JsInterpreter*>(Interpreter::self()))
+    {
+        m_interpreter->pushExecState(exec);
+    }
+    ~ExecStateOnStack() { m_interpreter->popExecState(); }
+    ExecStateOnStack(const ExecStateOnStack&) = delete;
+    ExecStateOnStack& operator=(const ExecStateOnStack&) = delete;
+
+private:
+    JsInterpreter* m_interpreter;
+};
+
+void logDeprecationWarning(const Method& method, const QString& signature)
+{
+    qWarning("%s%s is deprecated: %s", qUtf8Printable(method.name()), qUtf8Printable(signature),
+             qUtf8Printable(method.deprecation()));
+}
+
+QString argumentNames(const Signature& signature)
+{
+    QStringList names;
+    for (const Argument& argument : signature.arguments())
+        names += argument.name();
+    return names.join(QLatin1String(", "));
+}
+
+KJS::Value callOverload(KJS::ExecState* exec, const Class* cls, const QVector<const Method*>& methods,
+                        const SharedPtr<Object>& target, const KJS::List& args)
+{
+    std::vector<const Signature*> signatures;
+    std::vector<const Class*> classes;
+    signatures.reserve(std::size_t(methods.size()));
+    classes.reserve(std::size_t(methods.size()));
+    for (const Method* method : methods) {
+        signatures.push_back(&method->signature());
+        classes.push_back(method->declaringClass());
+    }
+    const QString name = methods.isEmpty() ? QString() : methods.first()->name();
+    ObjectList arguments;
+    const int index = findMatch(exec, args, cls, signatures, classes, name, &arguments);
+    if (index < 0)
+        return exec->exception();
+    const Method* method = methods[index];
+    if (!method->deprecation().isEmpty())
+        logDeprecationWarning(*method, QStringLiteral("(%1)").arg(argumentNames(method->signature())));
+    const SharedPtr<Object> result = method->invoke(target, arguments);
+    if (!result) {
+        const KJS::Context context = exec->context();
+        const int line = context.isNull() ? -1 : context.curStmtFirstLine();
+        const QString message =
+            withLastError(QLatin1String("Error in ") + name + QLatin1String("() invocation"));
+        exec->setException(KJS::Error::create(exec, KJS::EvalError, message, line, -1));
+        return KJS::Undefined();
+    }
+    return jsValueOf(exec, result);
+}
+
+} // namespace
+
+JsFunc::JsFunc(KJS::ExecState* exec, const Class* cls, const QString& name)
+    : InternalFunctionImp(exec)
+    , m_applicationId(currentRunnerAppId())
+    , m_classId(cls->id())
+    , m_name(name)
+{
+}
+
+KJS::Value JsFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
+{
+    if (m_applicationId != currentRunnerAppId())
+        return argError(
+            exec, KJS::GeneralError,
+            QStringLiteral("Cannot call function or method, current application context changed."));
+    const Class* cls = Inspector::self()->classById(m_classId);
+    if (!cls)
+        return argError(exec, KJS::GeneralError,
+                        QStringLiteral("Cannot call function or method, class not found."));
+    const SharedPtr<Object> target = jsUnWrap(exec, thisObj);
+    const ExecStateOnStack state(exec);
+    const RemoteObjectModelHolder access(Interpreter::self()->runnerInterface());
+    return callOverload(exec, cls, cls->methods(m_name), target, args);
+}
+
+JsObjectProtoFunc::JsObjectProtoFunc(SharedPtr<Object> object, int type, int length)
+    : m_object(std::move(object))
+    , m_type(type)
+{
+    putDirect("length", KJS::Number(length), KJS::ReadOnly | KJS::DontEnum | KJS::DontDelete);
+}
+
+JsObjectProtoFunc::~JsObjectProtoFunc() = default;
+
+KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
+{
+    switch (m_type) {
+    case ToString:
+        return jsToString(exec, m_object);
+    case ValueOf:
+        return jsValueOf(exec, m_object);
+    case Equality: {
+        // The engine passes one operand as this and the other as argument; called with two
+        // arguments, those are compared.
+        const KJS::Value left = args.size() > 1 ? args[0] : KJS::Value(thisObj);
+        const KJS::Value right = args.size() > 1 ? args[1] : args[0];
+        Object* a = jsUnWrap(exec, left);
+        Object* b = jsUnWrap(exec, right);
+        return KJS::Boolean(a && b && a->compare(b));
+    }
+    default:
+        return KJS::Undefined();
+    }
+}
