@@ -41,6 +41,8 @@ public:
     int language() const override { return JavaScript; }
     void setError(const QString& message) override;
     void setScriptArguments(const QString& name, const QStringList& args) override;
+    void setTimeLimit(int timeLimitMs) override;
+    void interrupt() override;
 
     /** Evaluates an expression for its value: on a throw the thrown value, without a value the null
      *  value. `hadValue` tells of a value that was not thrown; only then is it the last result. */
