@@ -3,6 +3,8 @@
 #include "objectmodel/class.h"
 #include "objectmodel/modellink.h"
 
+#include <QSet>
+
 #include <deque>
 #include <map>
 
@@ -20,6 +22,8 @@ public:
 
     ApplicationModel* application() const { return m_application; }
     qint64 id() const { return m_id; }
+    /** Object::Status bits, as far as news have been taken in. */
+    quint32 status() const { return m_status; }
 
 private:
     friend class ApplicationModel;
@@ -118,10 +122,10 @@ private:
     void takePush(const Protocol::Frame& frame);
     void deliver();
     void deliverOne(const Protocol::Frame& frame);
-    void end(const QString& reason);
+    void invalidateAll();
+    void noticeEnd();
     void flushReleases();
     const Class* adopt(const Protocol::ClassReply& reply);
-    const Class* newClass(const Protocol::ClassLink& link);
 
     int m_id;
     std::unique_ptr<ModelLink> m_link;
@@ -134,14 +138,17 @@ private:
     std::map<int, std::unique_ptr<Class>> m_classes;
     QHash<QString, const Class*> m_classesByName;
     std::map<QString, std::unique_ptr<Namespace>> m_namespaces;
-    QHash<QString, bool> m_unknownNamespaces;
+    QSet<QString> m_unknownNames;
+    QSet<QString> m_unknownNamespaces;
     std::unique_ptr<Namespace> m_globalNamespace;
     const Class* m_globalClass = nullptr;
+    bool m_globalClassAsked = false;
 
     QHash<qint64, ObjectHandle*> m_handles;
     QVector<Protocol::ReleasedRef> m_released;
     std::deque<Protocol::Frame> m_events;
     bool m_delivering = false;
+    bool m_endTold = false;
     int m_quiet = 0;
 };
 

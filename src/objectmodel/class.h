@@ -14,7 +14,8 @@ namespace Torvix {
 
 namespace Protocol {
 struct ClassInfo;
-}
+struct TypeInfo;
+} // namespace Protocol
 class Namespace;
 
 /**
@@ -71,8 +72,8 @@ public:
     int numMethods() const;
     const Method* method(int index) const;
     /**
-     * All overloads of a name, those of nearer classes first. An inherited one of the same argument
-     * types as a nearer one is hidden by it.
+     * All overloads of a name, those of nearer classes first; the inherited ones too, also where a
+     * nearer class declares the same arguments.
      */
     QVector<const Method*> methods(const QString& name) const;
 
@@ -111,13 +112,14 @@ public:
 private:
     struct Members;
     const Members& members() const;
-    Argument makeArgument(const QString& name, const void* typeInfo, const QString& defaultValue) const;
+    Argument makeArgument(const QString& name, const Protocol::TypeInfo& type,
+                          const QString& defaultValue) const;
     void collectMethods(const QString& name, QVector<const Method*>* found) const;
     bool isNumber() const;
 
     ApplicationModel* m_application;
     int m_id;
-    QString m_name;
+    mutable QString m_name;
     mutable std::unique_ptr<Members> m_members;
 };
 

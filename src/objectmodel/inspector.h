@@ -181,10 +181,12 @@ private:
     struct Builtins;
     ApplicationModel* need();
     bool conditionsOf(const QString& name, Protocol::NameConditions* conditions);
-    bool changeHandler(bool install, Protocol::HandlerScope scope, const SharedPtr<Object>& object,
-                       const QString& typeName, const QString& eventName, const QString& handler);
-    WaitResult finishWait(bool answered, const Protocol::WaitReply& reply);
-    WaitResult waitForItem(const SharedPtr<Object>& container, Protocol::FindItem request);
+    template <class Request>
+    bool changeHandler(Request request, const SharedPtr<Object>& object);
+    WaitResult finishWait(bool answered, const QString& what, int timeoutMs,
+                          const Protocol::WaitReply& reply);
+    WaitResult waitForItem(const SharedPtr<Object>& container, Protocol::FindItem request,
+                           const QString& what);
 
     QString m_lastError;
     std::unique_ptr<Builtins> m_builtins;

@@ -10,6 +10,7 @@
 
 namespace Torvix {
 
+class ListenSocket;
 class ProcessGroup;
 
 /** What to start and how. */
@@ -81,10 +82,15 @@ public:
 private:
     Application();
 
+    QString waitForCall(int timeoutMs);
+    void adoptSession();
+    QString endText();
+
+    std::unique_ptr<ListenSocket> m_listener;
     std::unique_ptr<ProcessGroup> m_process;
     std::unique_ptr<Session> m_session;
-    class Listener;
-    std::unique_ptr<Listener> m_listener;
+    /** For the connection, which may outlive this, to tell whether it has. */
+    std::shared_ptr<Application*> m_self = std::make_shared<Application*>(this);
     qint64 m_pid = 0;
     QString m_commandLine;
 };

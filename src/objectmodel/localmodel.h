@@ -84,7 +84,7 @@ public:
     /** Pushes an event for a handler. */
     void sendEvent(const Protocol::EventHandled& event);
     /** The end of the application. */
-    void close(const QString& reason);
+    void close(const QString& reason) override;
     /** References that the client holds, over all objects. */
     qint64 references() const;
     /** Requests that were answered so far, without releases. */

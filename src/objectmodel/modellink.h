@@ -54,6 +54,8 @@ public:
     /** Hands the pushes to the sink that arrive within the time; 0 takes those that are there. */
     virtual void pump(int timeoutMs) = 0;
 
+    /** Ends the connection from here. */
+    virtual void close(const QString& reason) = 0;
     virtual bool isOpen() const = 0;
     /** Why it is closed; empty while it is open. */
     virtual QString closeReason() const = 0;

@@ -95,11 +95,13 @@ public:
      */
     bool cast(const Class* target);
 
-    /** What crosses the wire for it. */
+    /** What crosses the wire for it; the content of a container stands in elements() and entries(). */
     const Protocol::Value& value() const { return m_value; }
 
-    /** For the object model itself: a value that lives here, or one of `handle`'s application. */
+    /** For the object model itself: a value that lives here, a container, a remote object. */
     Object(const Class* objectClass, const Protocol::Value& value);
+    Object(const Class* objectClass, const ObjectList& elements);
+    Object(const Class* objectClass, const ObjectEntries& entries);
     Object(const Class* objectClass, const Protocol::Value& value, const SharedPtr<ObjectHandle>& handle);
 
 private:

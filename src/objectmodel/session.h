@@ -36,13 +36,11 @@ public:
                   LinkError* error) override;
     void post(Protocol::RequestNumber number, const QByteArray& body) override;
     void pump(int timeoutMs) override;
+    void close(const QString& reason) override { fail(reason); }
     bool isOpen() const override { return m_channel != nullptr; }
     QString closeReason() const override { return m_closeReason; }
     int descriptor() const override { return m_channel ? m_channel->descriptor() : -1; }
     Protocol::Hello peer() const override { return m_hello; }
-
-    /** Closes the connection from here. */
-    void close(const QString& reason);
 
 private:
     explicit Session(std::unique_ptr<Protocol::Channel> channel);
@@ -50,7 +48,10 @@ private:
     bool greet(const QByteArray& token, bool connected, int timeoutMs, QString* error);
     bool receiveSome();
     void dispatch();
-    bool takeReply(quint32 id, QByteArray* reply, LinkError* error);
+    bool send(const QByteArray& bytes);
+    void await(const std::unique_ptr<Protocol::Frame>* answer, int timeoutMs, LinkError* error);
+    void takeReply(const Protocol::Frame& frame, Protocol::RequestNumber number, QByteArray* reply,
+                   LinkError* error);
     void fail(const QString& reason);
     bool isStopped() const;
 
