@@ -71,6 +71,8 @@ private:
 class FakeContext : public ScriptContext
 {
 public:
+    using ScriptContext::toArgument;
+
     ScriptContext* lightCopy() const override { return new FakeContext; }
     void clearResult() override { result = nullptr; }
     void setResult(SharedPtr<ScriptArgument> value) override { result = value; }
