@@ -134,6 +134,7 @@ protected:
 
 private:
     friend class ObjectAccess;
+    friend class Runtime;
     struct Unborn;
     class Runtime* m_runtime = nullptr; // null before birth and after the interpreter's end
     void* m_reference = nullptr;        // the engine's object; null before birth

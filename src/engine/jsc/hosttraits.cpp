@@ -25,6 +25,8 @@ private:
 };
 
 #if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpedantic"
 #pragma GCC diagnostic ignored "-Wpmf-conversions"
 
 /** Whether both objects have the same function in that place of their virtual tables. */
@@ -33,8 +35,9 @@ template <class Member> bool overrides(const ObjectImp* object, Member member)
     const ObjectImp* const plain = &PlainObject::self();
     auto* const mutableObject = const_cast<ObjectImp*>(object);
     auto* const mutablePlain = const_cast<ObjectImp*>(plain);
-    return reinterpret_cast<void*>(mutableObject->*member) != reinterpret_cast<void*>(mutablePlain->*member);
+    return (void*)(mutableObject->*member) != (void*)(mutablePlain->*member);
 }
+#pragma GCC diagnostic pop
 #else
 /** Without the compiler's help each is asked: slower, with the same answers. */
 template <class Member> bool overrides(const ObjectImp*, Member)
