@@ -123,6 +123,7 @@ public:
 
 protected:
     ~ObjectImp() override;
+    void acquired() override;
     void released() override;
 
     /** For the engine's views of objects that script made. */
@@ -133,13 +134,15 @@ protected:
 
 private:
     friend class ObjectAccess;
+    friend class Runtime;
     struct Unborn;
     class Runtime* m_runtime = nullptr; // null before birth and after the interpreter's end
     void* m_reference = nullptr;        // the engine's object; null before birth
     std::unique_ptr<Unborn> m_unborn;   // what was put before birth
-    bool m_isHost = true;               // a C++ object for script; false: script's object for C++
+    int m_rootIndex = -1;
+    unsigned m_traits = 0; // which operations are overridden; known from birth
+    bool m_isHost = true;  // a C++ object for script; false: script's object for C++
     bool m_isYoung = false;
-    bool m_isDead = false;
 };
 
 } // namespace KJS

@@ -44,13 +44,22 @@ public:
     /** Within a mark(): whether this one has been found alive. Elsewhere the answer means nothing. */
     virtual bool marked() const;
 
-    void ref() { ++m_references; }
-    void deref();
+    void ref()
+    {
+        if (m_references++ == 0)
+            acquired();
+    }
+    void deref()
+    {
+        if (--m_references == 0)
+            released();
+    }
 
 protected:
     ValueImp() = default;
     virtual ~ValueImp();
-    /** The last value that held this one is gone. */
+    /** The first value holds it, the last one is gone. */
+    virtual void acquired();
     virtual void released();
     int references() const { return m_references; }
 

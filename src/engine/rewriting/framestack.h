@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace KJS::Rewriting {
 
@@ -46,6 +45,7 @@ public:
 
     /** Enters a frame from C++ (program and module code). Returns its number. */
     int push(int functionId);
+    void setLine(int frame, int line);
 
     int32_t& word(Word index) { return m_slots[index]; }
     int32_t word(Word index) const { return m_slots[index]; }

@@ -25,13 +25,16 @@ enum class Flavour { Fast, Debug };
  */
 struct RewrittenText
 {
-    QString prefix;   ///< begins every name that was inserted; does not occur in the author's text
-    QString code;     ///< same lines as the author's text
-    QByteArray edits; ///< where text was inserted or replaced, see sourceedits.h
+    QString prefix; ///< begins every name that was inserted; does not occur in the author's text
+    QString code;   ///< same lines as the author's text
+    QString edits;  ///< where text was inserted or replaced, see sourceedits.h
     std::vector<FunctionInfo> functions; ///< the first is the program itself; sourceId is not set
-    QString moduleInfo; ///< JSON for the module loader (see modules.js); empty without import and export
+    QString moduleInfo; ///< JSON of the module record (imports.js); empty without import and export
 
-    /** The code for a frame at that depth, its functions numbered from `firstFunctionId`. */
+    /**
+     * The code for a frame at that depth (as the slot array counts it), its functions numbered from
+     * `firstFunctionId`. Positions stay: `edits` holds for each instance.
+     */
     QString instantiate(int depth, int firstFunctionId) const;
 };
 
@@ -59,6 +62,12 @@ public:
 
     /** The cache folder; an empty one turns the cache on disk off. */
     void setCacheFolder(const QString& folder);
+
+    /**
+     * A text as the engine's script parser can check it although it has import or export: without
+     * them, line by line. `parserMessage` is what our own parser says of the text, empty if nothing.
+     */
+    QString withoutModuleSyntax(const QString& text, QString* parserMessage, int* parserLine);
 
     /** Whether the parser had to be loaded so far. */
     bool toolLoaded() const;

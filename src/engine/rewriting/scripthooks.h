@@ -35,14 +35,15 @@ public:
 
     /** Before a statement runs; the frame's line is that of the statement. */
     virtual void statementReached(int /*frame*/) {}
-    /** The frame is on the stack, none of its statements has run; its line is 0. */
+    /** The frame is on the stack, none of its statements has run; its line is the function's first. */
     virtual void frameEntered(int /*frame*/) {}
     /** The frame is still on the stack. */
     virtual void frameLeft(int /*frame*/) {}
 
     /**
      * Once for each throw, when it is first seen by script, flag or no flag. The frames from `frame`
-     * down are as at the throw. `caught` says whether a catch of script (or a promise) takes it.
+     * down are as at the throw. `caught` says whether a catch of script takes it; what leaves an async
+     * function counts as not caught.
      */
     virtual void exceptionThrown(JSValueRef /*value*/, bool /*caught*/, int /*frame*/) {}
 

@@ -93,7 +93,13 @@ public:
     /** Null for frames without a known function. */
     const FunctionInfo* function(int frame) const;
 
-    /** Null where there is none to be had: a derived constructor before `super` returns. */
+    /** The declaration of a function object; null for the engine's own functions and other objects. */
+    const FunctionInfo* functionOf(JSObjectRef object) const;
+
+    /**
+     * Null where there is none to be had: a derived constructor before `super` returns. In the fast
+     * flavour a plain function that never mentions `this` answers the global object.
+     */
     JSValueRef thisAt(int frame) const;
 
     // Debug flavour only: empty answers in the fast one ---------------------------------------------
@@ -127,8 +133,9 @@ public:
     /** Before a collection: lets go of what left frames still hold. */
     void dropDeadFrames();
 
-private:
     class Private;
+
+private:
     std::unique_ptr<Private> d;
 };
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 
+#include <deque>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace KJS::Rewriting {
@@ -18,6 +19,7 @@ struct FunctionInfo
     QString name; ///< as declared; empty for anonymous ones
     bool isAsync = false;
     bool isGenerator = false;
+    bool keepsThis = false; ///< its frames note their `this`
 };
 
 /** A source text that was evaluated, as its author wrote it. */
@@ -47,15 +49,15 @@ public:
 
     const SourceInfo& addSource(const QString& url, const QString& text);
     /** Adds functions of one source. Returns the id of the first; the others follow it. */
-    int addFunctions(int sourceId, std::vector<FunctionInfo> functions);
+    int addFunctions(int sourceId, const std::vector<FunctionInfo>& functions);
 
     /** The id that the next source gets. */
     int nextSourceId() const { return static_cast<int>(m_sources.size()) + 1; }
 
 private:
     std::vector<std::unique_ptr<SourceInfo>> m_sources;
-    std::vector<std::unique_ptr<FunctionInfo>> m_functions;
-    std::unordered_map<std::string, int> m_newest;
+    std::deque<FunctionInfo> m_functions;
+    QHash<QString, int> m_newest;
 };
 
 } // namespace KJS::Rewriting

@@ -93,6 +93,11 @@ public:
     virtual SharedPtr<ScriptArgument> invokeCallable(const QString& identifier,
                                                      const ScriptArgument::List& arguments, QString* error);
 
+    /** Ends each run that takes longer, with an error that says so; 0 for no limit. */
+    virtual void setTimeLimit(int timeLimitMs) = 0;
+    /** Ends the run in progress with an error. Callable from any thread; the interpreter stays usable. */
+    virtual void interrupt() = 0;
+
     /** The process-wide current interpreter; the latest one made unless setSelf said otherwise. */
     static Interpreter* self();
     static void setSelf(Interpreter* interpreter);

@@ -156,7 +156,9 @@ bool JsInterpreter::evaluate(const QString& code, const QString& fileName, bool,
     setLastResult(nullptr);
     ScriptContext::setCurrent(m_scriptContext.get());
     jsSourceFile = std::make_unique<QString>(realPath(fileName));
+    m_interpreter->setSourceName(*jsSourceFile);
     const KJS::Completion completion = m_interpreter->evaluate(code, KJS::Value(), false);
+    jsSourceFile.reset();
     if (completion.hasValue()) {
         setResultMessage(textOf(getGlobalExecState(), completion.value()));
         keepResult(completion.value());
@@ -335,6 +337,16 @@ QString JsInterpreter::addToSearchPath(const QFileInfo& directory)
 {
     m_interpreter->addToSearchPath(directory);
     return QString();
+}
+
+void JsInterpreter::setTimeLimit(int timeLimitMs)
+{
+    m_interpreter->setTimeLimit(timeLimitMs);
+}
+
+void JsInterpreter::interrupt()
+{
+    m_interpreter->interrupt();
 }
 
 void JsInterpreter::setScriptArguments(const QString& name, const QStringList& args)

@@ -41,6 +41,8 @@ public:
     int language() const override { return JavaScript; }
     void setError(const QString& message) override;
     void setScriptArguments(const QString& name, const QStringList& args) override;
+    void setTimeLimit(int timeLimitMs) override;
+    void interrupt() override;
 
     /** Evaluates an expression for its value: on a throw the thrown value, without a value the null
      *  value. `hadValue` tells of a value that was not thrown; only then is it the last result. */
@@ -62,22 +64,10 @@ public:
     /** The current interpreter if it is one of this language, else null. */
     static JsInterpreter* self();
 
-    /** Marks the object-model call in progress: a script function that is called back meanwhile runs
-     *  on the call's state. */
-    class ExecStateScope
-    {
-    public:
-        ExecStateScope(JsInterpreter* interpreter, KJS::ExecState* exec) : m_interpreter(interpreter)
-        {
-            m_interpreter->m_execStates.push(exec);
-        }
-        ExecStateScope(const ExecStateScope&) = delete;
-        ExecStateScope& operator=(const ExecStateScope&) = delete;
-        ~ExecStateScope() { m_interpreter->m_execStates.pop(); }
-
-    private:
-        JsInterpreter* m_interpreter;
-    };
+    /** While an object-model call is in progress, its state is on the stack: a script function that
+     *  is called back meanwhile runs on it. */
+    void pushExecState(KJS::ExecState* exec) { m_execStates.push(exec); }
+    void popExecState() { m_execStates.pop(); }
 
 private:
     /** Installs the enumerators of the application's global class as global constants. */

@@ -44,7 +44,7 @@ bool JSScriptArgument::isInteger() const
 {
     if (!isNumber())
         return false;
-    return double(m_value.toInt32(m_exec)) == m_value.toNumber(m_exec);
+    return double(m_value.toIntegerSimplistic(m_exec)) == m_value.toNumber(m_exec);
 }
 
 bool JSScriptArgument::isString() const
@@ -100,7 +100,7 @@ double JSScriptArgument::toDouble() const
 
 int JSScriptArgument::toInteger() const
 {
-    return m_value.toInt32(m_exec);
+    return m_value.toIntegerSimplistic(m_exec);
 }
 
 QString JSScriptArgument::toString() const

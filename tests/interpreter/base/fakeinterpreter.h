@@ -42,6 +42,8 @@ public:
     }
     int language() const override { return -1; }
     void setError(const QString&) override {}
+    void setTimeLimit(int) override {}
+    void interrupt() override {}
 
     QStringList added;
 };

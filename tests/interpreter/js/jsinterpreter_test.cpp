@@ -280,6 +280,15 @@ TEST_F(JsInterpreterTest, ItsEndLeavesNoObjectAlive)
     EXPECT_EQ(ScriptContext::current(), nullptr);
 }
 
+TEST_F(JsInterpreterTest, ARunawayScriptIsEnded)
+{
+    interpreter->setTimeLimit(50);
+    EXPECT_FALSE(run("\nfor (;;) { try { for (;;); } catch (e) {} finally { continue; } }"));
+    EXPECT_EQ(interpreter->errorMessage(), "Script stopped after 50 ms");
+    interpreter->setTimeLimit(0);
+    EXPECT_EQ(text("1 + 1"), "2");
+}
+
 TEST_F(JsInterpreterTest, InterpretersNest)
 {
     static JsInterpreter* outer = nullptr;
