@@ -23,7 +23,7 @@ public:
  * with the interpreter. Positions are the engine's own, exact without a hook at each statement; those
  * hooks are lowered.
  */
-class JsDebugger : public Debugger, public KjsDebuggerBase
+class JsDebugger : public Torvix::Debugger, public KjsDebuggerBase
 {
     Q_OBJECT
 
