@@ -1,0 +1,272 @@
+#include "runner/applications.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <algorithm>
+#include <csignal>
+
+namespace Torvix {
+
+namespace {
+
+SharedPtr<ApplicationContext> noContext()
+{
+    return new ApplicationContext;
+}
+
+/** An application that ended by itself with status 0 has done what it was asked to. */
+bool isCrash(const QString& ending)
+{
+    return !ending.contains(QLatin1String("status 0"));
+}
+
+} // namespace
+
+Applications::Applications(ApplicationSettings settings) : m_settings(std::move(settings)) {}
+
+Applications::~Applications()
+{
+    stopAll();
+}
+
+QString Applications::findProgram(const QString& name) const
+{
+    if (name.contains(QLatin1Char('/')))
+        return QDir::current().absoluteFilePath(name);
+    for (const QString& folder : m_settings.folders) {
+        const QFileInfo candidate(QDir(folder), name);
+        if (candidate.isFile() && candidate.isExecutable())
+            return candidate.absoluteFilePath();
+    }
+    return name;
+}
+
+QString Applications::freeName(const QString& wanted) const
+{
+    QString name = wanted;
+    const auto isTaken = [this, &name] {
+        return std::any_of(m_entries.begin(), m_entries.end(),
+                           [&name](const Entry& each) { return each.context->name == name; });
+    };
+    for (int i = 2; isTaken(); ++i)
+        name = QStringLiteral("%1_%2").arg(wanted, QString::number(i));
+    return name;
+}
+
+SharedPtr<ApplicationContext> Applications::add(std::unique_ptr<Application> process, std::unique_ptr<ModelLink> link,
+                                                const QString& commandLine)
+{
+    Entry added;
+    added.model = Inspector::self()->addApplication(std::move(link));
+    added.process = std::move(process);
+    const Protocol::Hello peer = added.model->peer();
+    added.context = new ApplicationContext;
+    added.context->id = added.model->id();
+    added.context->name = freeName(QFileInfo(peer.executable).fileName());
+    added.context->commandLine = commandLine;
+    added.context->connection = added.model->id();
+    added.context->protocolVersion = peer.major;
+    added.context->startTime = QDateTime::currentDateTime();
+    const QByteArray greeting = peer.applicationName.toUtf8() + '\n';
+    added.context->greeting.assign(greeting.begin(), greeting.end());
+    Inspector::self()->setCurrent(added.model);
+    m_entries.push_back(std::move(added));
+    return m_entries.back().context;
+}
+
+SharedPtr<ApplicationContext> Applications::start(const QString& command, int timeoutMs, QString* error)
+{
+    QStringList parts = QProcess::splitCommand(command);
+    if (parts.isEmpty()) {
+        *error = QStringLiteral("'%1' names no program").arg(command);
+        return noContext();
+    }
+    LaunchOptions options;
+    options.program = findProgram(parts.takeFirst());
+    options.arguments = parts;
+    options.timeoutMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
+    for (const QString& variable : m_settings.environment)
+        options.environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
+    std::unique_ptr<Application> process = Application::start(options, error);
+    if (!process)
+        return noContext();
+    std::unique_ptr<ModelLink> link = process->takeLink();
+    const QString commandLine = process->commandLine();
+    {
+        const std::lock_guard<std::mutex> lock(m_pidMutex);
+        m_startedPids.push_back(process->pid());
+    }
+    return add(std::move(process), std::move(link), commandLine);
+}
+
+void Applications::killAll()
+{
+    const std::lock_guard<std::mutex> lock(m_pidMutex);
+    for (const qint64 pid : m_startedPids)
+        kill(pid_t(pid), SIGKILL);
+    m_startedPids.clear();
+}
+
+SharedPtr<ApplicationContext> Applications::attach(const QString& address, int timeoutMs, QString* error)
+{
+    std::unique_ptr<Application> process =
+        Application::attach(address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs, error);
+    if (!process)
+        return noContext();
+    std::unique_ptr<ModelLink> link = process->takeLink();
+    const QString commandLine = process->commandLine();
+    return add(std::move(process), std::move(link), commandLine);
+}
+
+SharedPtr<ApplicationContext> Applications::waitForLaunch(int timeoutMs, QString* error)
+{
+    constexpr int sliceMs = 50;
+    const int limitMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
+    int waitedMs = 0;
+    do {
+        for (Entry& each : m_entries) {
+            if (!each.process || !each.process->wasStarted())
+                continue;
+            if (std::unique_ptr<ModelLink> link = each.process->waitForChild(std::min(sliceMs, limitMs - waitedMs)))
+                return add(nullptr, std::move(link), QString());
+        }
+        waitedMs += sliceMs;
+    } while (waitedMs < limitMs && !m_entries.empty());
+    *error = QStringLiteral("No application was launched within %1 ms").arg(limitMs);
+    return noContext();
+}
+
+bool Applications::detach(const SharedPtr<ApplicationContext>& context)
+{
+    Entry* found = entry(context);
+    if (!found || !found->model->isAlive())
+        return false;
+    found->endTold = true;
+    found->model->detach(QStringLiteral("The application was detached from"));
+    context->connection = -1;
+    return true;
+}
+
+Applications::Entry* Applications::entry(const SharedPtr<ApplicationContext>& context)
+{
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
+                                    [&context](const Entry& each) { return each.context->id == context->id; });
+    return found == m_entries.end() ? nullptr : &*found;
+}
+
+const Applications::Entry* Applications::entry(const SharedPtr<ApplicationContext>& context) const
+{
+    return const_cast<Applications*>(this)->entry(context);
+}
+
+SharedPtr<ApplicationContext> Applications::first() const
+{
+    return m_entries.empty() ? noContext() : m_entries.front().context;
+}
+
+SharedPtr<ApplicationContext> Applications::find(const QString& name) const
+{
+    const ApplicationModel* current = Inspector::self()->current();
+    for (const Entry& each : m_entries) {
+        if (name.isEmpty() ? each.model == current : each.context->name == name)
+            return each.context;
+    }
+    return noContext();
+}
+
+bool Applications::setCurrent(const SharedPtr<ApplicationContext>& context)
+{
+    const Entry* found = entry(context);
+    if (!found || !found->model->isAlive())
+        return false;
+    Inspector::self()->setCurrent(found->model);
+    return true;
+}
+
+std::list<SharedPtr<ApplicationContext>> Applications::all() const
+{
+    std::list<SharedPtr<ApplicationContext>> contexts;
+    for (const Entry& each : m_entries)
+        contexts.push_back(each.context);
+    return contexts;
+}
+
+bool Applications::isRunning(const SharedPtr<ApplicationContext>& context)
+{
+    Entry* found = entry(context);
+    if (!found)
+        return false;
+    return found->process && found->process->wasStarted() ? found->process->isRunning() : found->model->isAlive();
+}
+
+qint64 Applications::pid(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->model->peer().pid : 0;
+}
+
+Application* Applications::process(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->process.get() : nullptr;
+}
+
+ApplicationModel* Applications::model(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->model : nullptr;
+}
+
+ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) const
+{
+    ApplicationReport report;
+    report.name = entry.context->name;
+    report.pid = entry.model->peer().pid;
+    report.ending = reason;
+    if (entry.process && entry.process->wasStarted()) {
+        const QString exitText = entry.process->exitText();
+        if (!exitText.isEmpty())
+            report.ending = exitText;
+        report.output = entry.process->lastOutput();
+    }
+    return report;
+}
+
+void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
+{
+    for (Entry& each : m_entries) {
+        if (each.model != model || each.endTold)
+            continue;
+        each.endTold = true;
+        each.context->connection = -1;
+        const ApplicationReport report = reportOf(each, reason);
+        if (m_endHandler)
+            m_endHandler(report, isCrash(report.ending));
+    }
+}
+
+std::vector<ApplicationReport> Applications::stopAll()
+{
+    std::vector<ApplicationReport> reports;
+    for (Entry& each : m_entries) {
+        const bool wasTold = std::exchange(each.endTold, true);
+        const bool isStarted = each.process && each.process->wasStarted();
+        if (isStarted)
+            each.process->stop();
+        if (!wasTold)
+            reports.push_back(reportOf(each, QStringLiteral("goes on by itself")));
+        each.model->detach(QStringLiteral("The test case has ended"));
+    }
+    m_entries.clear();
+    {
+        const std::lock_guard<std::mutex> lock(m_pidMutex);
+        m_startedPids.clear();
+    }
+    Inspector::self()->setCurrent(nullptr);
+    return reports;
+}
+
+} // namespace Torvix

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "interpreter/base/applicationcontext.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/launcher.h"
+#include "shared/base/sharedptr.h"
+#include "testsupport/report/runreport.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace Torvix {
+
+/** How applications of a test case are started. */
+struct ApplicationSettings
+{
+    QStringList folders; ///< searched before PATH
+    QStringList environment; ///< "NAME=value"
+    int startTimeoutMs = 20'000;
+};
+
+/**
+ * The applications of one test case, with a context for each. What was started ends with this
+ * object; what was attached to goes on.
+ */
+class Applications
+{
+public:
+    /** Told when an application has gone that nobody asked to end. */
+    using EndHandler = std::function<void(const ApplicationReport& report, bool crashed)>;
+
+    explicit Applications(ApplicationSettings settings);
+    ~Applications();
+    Applications(const Applications&) = delete;
+    Applications& operator=(const Applications&) = delete;
+
+    /** For applications that are started from now on. */
+    void setSettings(ApplicationSettings settings) { m_settings = std::move(settings); }
+    void setEndHandler(EndHandler handler) { m_endHandler = std::move(handler); }
+
+    /** The command is a program with arguments, quoted as in a shell. An id below 0 is a failure. */
+    SharedPtr<ApplicationContext> start(const QString& command, int timeoutMs, QString* error);
+    SharedPtr<ApplicationContext> attach(const QString& address, int timeoutMs, QString* error);
+    SharedPtr<ApplicationContext> waitForLaunch(int timeoutMs, QString* error);
+    bool detach(const SharedPtr<ApplicationContext>& context);
+
+    /** The empty context when there is none. */
+    SharedPtr<ApplicationContext> first() const;
+    /** By name; the current one for an empty name. The empty context when there is none. */
+    SharedPtr<ApplicationContext> find(const QString& name) const;
+    bool setCurrent(const SharedPtr<ApplicationContext>& context);
+    std::list<SharedPtr<ApplicationContext>> all() const;
+
+    bool isRunning(const SharedPtr<ApplicationContext>& context);
+    qint64 pid(const SharedPtr<ApplicationContext>& context) const;
+    /** Null when the context has none: it was attached to, or is unknown. */
+    Application* process(const SharedPtr<ApplicationContext>& context) const;
+    ApplicationModel* model(const SharedPtr<ApplicationContext>& context) const;
+
+    /** Takes in that an application has gone; called by whoever listens to the inspector. */
+    void noticeEnd(ApplicationModel* model, const QString& reason);
+    /** Ends what was started, and tells of each how it ended. */
+    std::vector<ApplicationReport> stopAll();
+    /** Kills what was started, at once. The only operation for other threads. */
+    void killAll();
+
+private:
+    struct Entry
+    {
+        SharedPtr<ApplicationContext> context;
+        std::unique_ptr<Application> process;
+        ApplicationModel* model = nullptr;
+        bool endTold = false;
+    };
+
+    Entry* entry(const SharedPtr<ApplicationContext>& context);
+    const Entry* entry(const SharedPtr<ApplicationContext>& context) const;
+    SharedPtr<ApplicationContext> add(std::unique_ptr<Application> process, std::unique_ptr<ModelLink> link,
+                                      const QString& commandLine);
+    QString freeName(const QString& wanted) const;
+    QString findProgram(const QString& name) const;
+    ApplicationReport reportOf(Entry& entry, const QString& reason) const;
+
+    ApplicationSettings m_settings;
+    EndHandler m_endHandler;
+    std::vector<Entry> m_entries;
+    std::mutex m_pidMutex;
+    std::vector<qint64> m_startedPids;
+};
+
+} // namespace Torvix

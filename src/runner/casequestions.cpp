@@ -1,0 +1,97 @@
+// What scripts ask of an application context, answered by the case runner.
+#include "runner/caserunner.h"
+#include "runner/processfacts.h"
+
+#include <utility>
+
+namespace Torvix {
+
+namespace {
+
+/** Another application is the current one as long as it lives. */
+class CurrentApplication
+{
+public:
+    explicit CurrentApplication(ApplicationModel* model) : m_previous(Inspector::self()->current())
+    {
+        Inspector::self()->setCurrent(model);
+    }
+    ~CurrentApplication() { Inspector::self()->setCurrent(m_previous); }
+    CurrentApplication(const CurrentApplication&) = delete;
+    CurrentApplication& operator=(const CurrentApplication&) = delete;
+
+private:
+    ApplicationModel* m_previous;
+};
+
+} // namespace
+
+qint64 CaseRunner::usedMemory(SharedPtr<ApplicationContext> context)
+{
+    return residentBytes(m_applications.pid(context));
+}
+
+qint64 CaseRunner::totalTime(SharedPtr<ApplicationContext> context)
+{
+    return cpuTimeMs(m_applications.pid(context));
+}
+
+QString CaseRunner::environmentVariable(SharedPtr<ApplicationContext> context, const QString& name)
+{
+    ApplicationModel* model = m_applications.model(context);
+    if (!model || !model->isAlive())
+        return {};
+    const CurrentApplication current(model);
+    return Inspector::self()->environmentVariable(name);
+}
+
+QString CaseRunner::workingDirectory(SharedPtr<ApplicationContext> context)
+{
+    return processFolder(m_applications.pid(context));
+}
+
+QString CaseRunner::host(SharedPtr<ApplicationContext> context)
+{
+    return m_applications.model(context) ? QStringLiteral("localhost") : QString();
+}
+
+int CaseRunner::port(SharedPtr<ApplicationContext>)
+{
+    return 0; // the connection is a local socket
+}
+
+bool CaseRunner::isRunning(SharedPtr<ApplicationContext> context)
+{
+    return m_applications.isRunning(context);
+}
+
+bool CaseRunner::isFrozen(SharedPtr<ApplicationContext> context, int seconds)
+{
+    ApplicationModel* model = m_applications.model(context);
+    return model && model->isAlive() && !Inspector::self()->ping(model, seconds * 1000);
+}
+
+int CaseRunner::processId(SharedPtr<ApplicationContext> context)
+{
+    return int(m_applications.pid(context));
+}
+
+QString CaseRunner::readStandardOutput(SharedPtr<ApplicationContext> context)
+{
+    Application* process = m_applications.process(context);
+    return process ? process->readStdout() : QString();
+}
+
+QString CaseRunner::readStandardError(SharedPtr<ApplicationContext> context)
+{
+    Application* process = m_applications.process(context);
+    return process ? process->readStderr() : QString();
+}
+
+QString CaseRunner::operatingSystemName(SharedPtr<ApplicationContext> context)
+{
+    const ApplicationModel* model = m_applications.model(context);
+    return model ? model->peer().osName : QString();
+}
+
+} // namespace Torvix

@@ -1,0 +1,289 @@
+#include "runner/caserunner.h"
+
+#include "interpreter/base/debugger.h"
+#include "interpreter/base/interpreter.h"
+#include "objectmodel/objectmap.h"
+#include "runner/objecttree.h"
+#include "runner/plugin.h"
+#include "runner/watchdog.h"
+#include "testsupport/objectfunctions.h"
+#include "testsupport/report/resultstream.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace Torvix {
+
+namespace {
+
+/** The current folder of a test case is its own; afterwards it is what it was. */
+class CurrentFolder
+{
+public:
+    explicit CurrentFolder(const QString& folder) : m_previous(QDir::currentPath()) { QDir::setCurrent(folder); }
+    ~CurrentFolder() { QDir::setCurrent(m_previous); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+private:
+    QString m_previous;
+};
+
+/** Listens to the inspector as long as it lives. */
+class Listening
+{
+public:
+    explicit Listening(InspectorListener* listener) { Inspector::self()->setListener(listener); }
+    ~Listening() { Inspector::self()->setListener(nullptr); }
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+};
+
+QStringList homeVariables(const QString& home)
+{
+    return {QStringLiteral("HOME=") + home, QStringLiteral("XDG_CONFIG_HOME=") + home + QStringLiteral("/.config"),
+            QStringLiteral("XDG_DATA_HOME=") + home + QStringLiteral("/.local/share"),
+            QStringLiteral("XDG_CACHE_HOME=") + home + QStringLiteral("/.cache")};
+}
+
+ApplicationSettings applicationSettings(const SuiteSettings& settings)
+{
+    ApplicationSettings result;
+    result.folders = settings.applicationFolders;
+    result.environment = settings.environment;
+    result.startTimeoutMs = settings.startTimeoutSecs * 1000;
+    return result;
+}
+
+} // namespace
+
+CaseRunner::CaseRunner(const Suite& suite, const TestCase& testCase, const LanguagePlugin& plugin,
+                       ResultStreamWriter* stream, Watchdog* watchdog, Options options)
+    : m_suite(suite)
+    , m_case(testCase)
+    , m_plugin(plugin)
+    , m_stream(stream)
+    , m_watchdog(watchdog)
+    , m_options(std::move(options))
+    , m_result(stream, m_options.outputFolder)
+    , m_applications(applicationSettings(suite.settings))
+{
+    if (m_options.timeoutSecs == 0)
+        m_options.timeoutSecs = testCase.timeoutSecs ? testCase.timeoutSecs : suite.settings.caseTimeoutSecs;
+}
+
+CaseRunner::~CaseRunner() = default;
+
+CaseOutcome CaseRunner::run()
+{
+    CaseReport started;
+    started.suite = m_suite.name;
+    started.name = m_case.name;
+    started.path = m_case.folder;
+    started.tags = m_case.tags;
+    m_stream->caseStarted(started, m_options.attempt);
+    QElapsedTimer timer;
+    timer.start();
+    const CurrentFolder folder(m_case.folder);
+    {
+        const Listening listening(this);
+        m_applications.setEndHandler([this](const ApplicationReport& report, bool crashed) {
+            m_stream->applicationEnded(report);
+            if (crashed)
+                m_result.add(ResultType::Error,
+                             QStringLiteral("The application '%1' has gone: %2").arg(report.name, report.ending),
+                             report.output, LineInfo());
+        });
+        runScript();
+        const bool failed = m_result.outcome() == CaseOutcome::Failed || m_result.outcome() == CaseOutcome::Error;
+        if (failed)
+            recordObjectTree();
+        Inspector::self()->processEvents(0);
+    }
+    for (const ApplicationReport& report : m_applications.stopAll())
+        m_stream->applicationEnded(report);
+    ObjectMap::self()->clear();
+    const CaseOutcome outcome = m_watchdog->isInterrupted() ? CaseOutcome::Interrupted : m_result.outcome();
+    m_stream->caseEnded(outcome, timer.elapsed());
+    return outcome;
+}
+
+void CaseRunner::runScript()
+{
+    QFile script(m_case.script);
+    if (!script.open(QIODevice::ReadOnly)) {
+        m_result.add(ResultType::Error,
+                     QStringLiteral("Cannot read the script '%1': %2").arg(m_case.script, script.errorString()), QString(),
+                     LineInfo());
+        return;
+    }
+    QTemporaryDir home;
+    ApplicationSettings settings = applicationSettings(m_suite.settings);
+    if (m_suite.settings.ownHome)
+        settings.environment += homeVariables(home.path());
+    m_applications.setSettings(settings);
+    setDefaultWaitTimeoutMs(m_suite.settings.waitTimeoutMs);
+    m_interpreter = m_plugin.createInterpreter(this);
+    m_interpreter->addToSearchPath(QFileInfo(m_case.folder));
+    m_interpreter->addToSearchPath(QFileInfo(m_suite.scriptFolder()));
+    m_interpreter->initTestFunctions(&m_result);
+    m_interpreter->setScriptArguments(m_case.script, QStringList());
+    Interpreter* running = m_interpreter.get();
+    m_watchdog->watch(m_options.timeoutSecs * 1000, [this, running] {
+        running->interrupt();
+        m_applications.killAll(); // a call that waits for an application ends with it
+    });
+    evaluateAndCallMain(QString::fromUtf8(script.readAll()));
+    reportEnding(int(m_watchdog->unwatch()));
+    m_interpreter.reset();
+}
+
+void CaseRunner::evaluateAndCallMain(const QString& code)
+{
+    if (!m_interpreter->evaluate(code, m_case.script, false, false)) {
+        reportScriptError();
+        return;
+    }
+    if (!m_interpreter->hasFunction(QStringLiteral("main"))) {
+        m_result.add(ResultType::Error, QStringLiteral("The script has no function main()"), QString(),
+                     {m_case.script, 1});
+        return;
+    }
+    if (!m_interpreter->call(QStringLiteral("main"), ObjectList()))
+        reportScriptError();
+    if (m_interpreter->hasFunction(QStringLiteral("cleanup")) &&
+        !m_interpreter->call(QStringLiteral("cleanup"), ObjectList()))
+        reportScriptError();
+}
+
+void CaseRunner::reportScriptError()
+{
+    // A test outcome that ended the script leaves no message: it has been reported already.
+    if (m_interpreter->errorMessage().isEmpty() || m_watchdog->isInterrupted())
+        return;
+    QStringList callers;
+    for (const LineInfo& frame : m_interpreter->errorCallStack())
+        callers += QStringLiteral("at %1:%2").arg(frame.file, QString::number(frame.line));
+    m_result.add(ResultType::Error, m_interpreter->errorMessage(), callers.join(QLatin1Char('\n')),
+                 {m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()});
+}
+
+void CaseRunner::reportEnding(int reason)
+{
+    if (reason == int(Watchdog::Reason::Timeout))
+        m_result.add(ResultType::Error, QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs),
+                     QString(), {m_case.script, 0});
+    else if (reason == int(Watchdog::Reason::Interrupt))
+        m_result.add(ResultType::Error, QStringLiteral("Interrupted"), QString(), {m_case.script, 0});
+}
+
+void CaseRunner::recordObjectTree()
+{
+    if (m_treeRecorded || !Inspector::self()->current())
+        return;
+    m_treeRecorded = true;
+    const QString tree = objectTreeText();
+    if (!tree.isEmpty())
+        m_stream->objectTree(tree);
+}
+
+SharedPtr<ApplicationContext> CaseRunner::startApplication(const QString& application, const QString& host, int,
+                                                           int timeoutSecs, QString* error)
+{
+    if (!host.isEmpty()) {
+        *error = QStringLiteral("Cannot start '%1' on '%2': start it there with TORVIX_AGENT_LISTEN set, and use "
+                                "attachToApplication()")
+                     .arg(application, host);
+        return new ApplicationContext;
+    }
+    return m_applications.start(application, timeoutSecs < 0 ? -1 : timeoutSecs * 1000, error);
+}
+
+SharedPtr<ApplicationContext> CaseRunner::attachToApplication(const QString& name, const QString& host, int port,
+                                                              int timeoutSecs, QString* error)
+{
+    const QString address = host.isEmpty() ? name : QStringLiteral("%1:%2").arg(host, QString::number(port));
+    return m_applications.attach(address, timeoutSecs < 0 ? -1 : timeoutSecs * 1000, error);
+}
+
+bool CaseRunner::detach(SharedPtr<ApplicationContext> context)
+{
+    return m_applications.detach(context);
+}
+
+SharedPtr<ApplicationContext> CaseRunner::waitForApplicationLaunch(int timeout, QString* error)
+{
+    return m_applications.waitForLaunch(timeout < 0 ? -1 : timeout * 1000, error);
+}
+
+SharedPtr<ApplicationContext> CaseRunner::defaultApplicationContext()
+{
+    return m_applications.first();
+}
+
+SharedPtr<ApplicationContext> CaseRunner::applicationContext(const QString& name)
+{
+    return m_applications.find(name);
+}
+
+bool CaseRunner::setCurrentApplicationContext(SharedPtr<ApplicationContext> context)
+{
+    return m_applications.setCurrent(context);
+}
+
+std::list<SharedPtr<ApplicationContext>> CaseRunner::applicationContexts()
+{
+    return m_applications.all();
+}
+
+void CaseRunner::reportFailedLookup(const QString&, const QString&, QString*)
+{
+    // What was there instead helps most while it still is.
+    recordObjectTree();
+}
+
+bool CaseRunner::loadObjectMap(const QString& path)
+{
+    QString error;
+    return ObjectMap::self()->load(path, &error);
+}
+
+bool CaseRunner::mouseAction(SharedPtr<Object> object, int flags, int x, int y, int button, int modifiers,
+                             bool buttonAction, bool press)
+{
+    Protocol::MouseActionKind kind = Protocol::MouseActionKind::Move;
+    if (buttonAction)
+        kind = press ? Protocol::MouseActionKind::Press : Protocol::MouseActionKind::Release;
+    return Inspector::self()->mouseAction(kind, object, quint32(flags), x, y, button, modifiers);
+}
+
+void CaseRunner::serviceConnections()
+{
+    Inspector::self()->processEvents(0);
+}
+
+RunnerInterface::TestEnvironment CaseRunner::testEnvironment()
+{
+    TestEnvironment environment;
+    environment.settingsGroup = QStringLiteral("General");
+    environment.testCase = m_case.script;
+    environment.testCaseName = m_case.name;
+    environment.testSuiteName = m_suite.name;
+    environment.resultDir = m_options.outputFolder;
+    return environment;
+}
+
+void CaseRunner::eventHandled(ApplicationModel*, const QString& handler, const QString&, const ObjectList& arguments)
+{
+    if (m_interpreter && !m_interpreter->call(handler, arguments))
+        reportScriptError();
+}
+
+void CaseRunner::applicationEnded(ApplicationModel* model, const QString& reason)
+{
+    m_applications.noticeEnd(model, reason);
+}
+
+} // namespace Torvix

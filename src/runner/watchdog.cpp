@@ -1,0 +1,112 @@
+#include <QtGlobal>
+
+#include "runner/watchdog.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace Torvix {
+
+namespace {
+
+constexpr int interruptedStatus = 2;
+
+qint64 nowMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+sigset_t watchedSignals()
+{
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    return set;
+}
+
+} // namespace
+
+Watchdog::Watchdog()
+{
+    const sigset_t signals = watchedSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    m_signals = signalfd(-1, &signals, SFD_CLOEXEC);
+    m_wake = eventfd(0, EFD_CLOEXEC);
+    m_thread = std::thread(&Watchdog::run, this);
+}
+
+Watchdog::~Watchdog()
+{
+    m_ending = true;
+    eventfd_write(m_wake, 1);
+    m_thread.join();
+    close(m_signals);
+    close(m_wake);
+    const sigset_t signals = watchedSignals();
+    pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+void Watchdog::watch(int timeoutMs, std::function<void()> stop)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stop = std::move(stop);
+        m_deadlineMs = timeoutMs > 0 ? nowMs() + timeoutMs : 0;
+        m_reason = Reason::None;
+    }
+    eventfd_write(m_wake, 1);
+}
+
+Watchdog::Reason Watchdog::unwatch()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_stop = nullptr;
+    m_deadlineMs = 0;
+    return m_reason;
+}
+
+void Watchdog::bark(Reason reason)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_deadlineMs = 0;
+    if (!m_stop)
+        return;
+    m_reason = reason;
+    std::exchange(m_stop, nullptr)();
+}
+
+void Watchdog::run()
+{
+    while (!m_ending) {
+        qint64 deadlineMs = 0;
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            deadlineMs = m_deadlineMs;
+        }
+        const qint64 leftMs = deadlineMs - nowMs();
+        pollfd waited[] = {{m_signals, POLLIN, 0}, {m_wake, POLLIN, 0}};
+        poll(waited, 2, deadlineMs == 0 ? -1 : int(std::max<qint64>(0, leftMs)));
+        if (waited[1].revents & POLLIN) {
+            eventfd_t ignored;
+            eventfd_read(m_wake, &ignored);
+        }
+        if (waited[0].revents & POLLIN) {
+            signalfd_siginfo info;
+            if (read(m_signals, &info, sizeof info) == sizeof info && m_interrupted.exchange(true))
+                _exit(interruptedStatus);
+            bark(Reason::Interrupt);
+        } else if (deadlineMs != 0 && nowMs() >= deadlineMs) {
+            bark(Reason::Timeout);
+        }
+    }
+}
+
+} // namespace Torvix
