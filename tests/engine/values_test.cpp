@@ -14,9 +14,9 @@ TEST_F(ValuesTest, TypeCodesAreTheFixedOnes)
     {
         const char* code;
         int type;
-    } cases[] = {{"void 0", 0},     {"null", 2}, {"true", 3},         {"'x'", 4}, {"1.5", 5},
-                 {"({})", 6},       {"[]", 6},   {"(function(){})", 6}, {"Symbol('s')", 7},
-                 {"12345678901234567890n", 8}};
+    } cases[] = {
+        {"void 0", 0}, {"null", 2}, {"true", 3},           {"'x'", 4},         {"1.5", 5},
+        {"({})", 6},   {"[]", 6},   {"(function(){})", 6}, {"Symbol('s')", 7}, {"12345678901234567890n", 8}};
     for (const auto& each : cases)
         EXPECT_EQ(value(each.code).dispatchType(), each.type) << each.code;
     EXPECT_EQ(Undefined().dispatchType(), 1);
@@ -28,19 +28,52 @@ TEST_F(ValuesTest, TypeCodesAreTheFixedOnes)
 TEST_F(ValuesTest, ConversionsAgreeWithScript)
 {
     // the same conversion done by script itself is the oracle
-    const char* const inputs[] = {
-        "undefined", "null", "true", "false", "0", "-0", "1", "-1", "3.99", "-3.99", "NaN", "Infinity",
-        "-Infinity", "4294967296", "4294967297.5", "-2147483649", "2147483648", "65536", "1e21", "1.5e300",
-        "5e-324", "0.1", "123456789012345680000", "1e-7", "0.000001", "''", "' 12 '", "'0x1F'", "'12px'",
-        "'-Infinity'", "'1e3'", "({valueOf(){return 7}})", "({toString(){return '8'}})", "[]", "[5]", "[1,2]",
-        "new Date(12345)", "10n"};
+    const char* const inputs[] = {"undefined",
+                                  "null",
+                                  "true",
+                                  "false",
+                                  "0",
+                                  "-0",
+                                  "1",
+                                  "-1",
+                                  "3.99",
+                                  "-3.99",
+                                  "NaN",
+                                  "Infinity",
+                                  "-Infinity",
+                                  "4294967296",
+                                  "4294967297.5",
+                                  "-2147483649",
+                                  "2147483648",
+                                  "65536",
+                                  "1e21",
+                                  "1.5e300",
+                                  "5e-324",
+                                  "0.1",
+                                  "123456789012345680000",
+                                  "1e-7",
+                                  "0.000001",
+                                  "''",
+                                  "' 12 '",
+                                  "'0x1F'",
+                                  "'12px'",
+                                  "'-Infinity'",
+                                  "'1e3'",
+                                  "({valueOf(){return 7}})",
+                                  "({toString(){return '8'}})",
+                                  "[]",
+                                  "[5]",
+                                  "[1,2]",
+                                  "new Date(12345)",
+                                  "10n"};
     for (const char* const input : inputs) {
         const QString text = QString::fromLatin1(input);
         define("take", [&](ExecState* state, Object&, const List& arguments) -> Value {
             const Value each = arguments.at(0);
             List results;
             results.append(Boolean(each.toBoolean(state)));
-            results.append(each.type() == BigIntType ? Value(Number(10)) : Value(Number(each.toNumber(state))));
+            results.append(each.type() == BigIntType ? Value(Number(10))
+                                                     : Value(Number(each.toNumber(state))));
             results.append(String(each.toString(state)));
             results.append(Number(each.type() == BigIntType ? 10 : each.toInt32(state)));
             results.append(Number(each.type() == BigIntType ? 10u : each.toUInt32(state)));
@@ -49,7 +82,8 @@ TEST_F(ValuesTest, ConversionsAgreeWithScript)
         });
         EXPECT_EQ(run("(x => take(x).map(String).join('|'))(" + text + ")"),
                   run("(x => [!!x, Number(x), String(x), Number(x)|0, Number(x)>>>0, (Number(x)>>>0)&65535]"
-                      ".map(String).join('|'))(" + text + ")"))
+                      ".map(String).join('|'))(" +
+                      text + ")"))
             << input;
     }
 }
@@ -61,8 +95,9 @@ TEST_F(ValuesTest, SimplisticIntegersAreTruncatedAndHeldAtTheLimits)
     {
         double number;
         int integer;
-    } cases[] = {{3.0, 3},          {3.9, 3},     {-3.9, -3},   {std::nan(""), 0}, {4294967296.0, most},
-                 {4294967376, most}, {-1e10, least}, {INFINITY, most}, {-INFINITY, least}, {2147483647.0, most}};
+    } cases[] = {
+        {3.0, 3},           {3.9, 3},       {-3.9, -3},       {std::nan(""), 0},  {4294967296.0, most},
+        {4294967376, most}, {-1e10, least}, {INFINITY, most}, {-INFINITY, least}, {2147483647.0, most}};
     for (const auto& each : cases)
         EXPECT_EQ(Number(each.number).toIntegerSimplistic(exec), each.integer) << each.number;
     EXPECT_EQ(String("12.7").toIntegerSimplistic(exec), 12);
@@ -119,8 +154,8 @@ TEST_F(ValuesTest, StringsKeepEveryUnit)
 
 TEST_F(ValuesTest, NumbersPrintAsInScript)
 {
-    for (const double number : {0.0, -0.0, 1.0, -1.5, 0.1, 1e21, 1e20, 123456789012345680000.0, 1e-6, 1e-7, 1.5e-9,
-                                5e-324, 1.7976931348623157e308, 100.0, 12345.678, 4294967296.0}) {
+    for (const double number : {0.0, -0.0, 1.0, -1.5, 0.1, 1e21, 1e20, 123456789012345680000.0, 1e-6, 1e-7,
+                                1.5e-9, 5e-324, 1.7976931348623157e308, 100.0, 12345.678, 4294967296.0}) {
         global.put(exec, "n", Number(number));
         EXPECT_EQ(UString::from(number).qstring(), run("'' + n")) << number;
     }
@@ -142,12 +177,16 @@ TEST_F(ValuesTest, LooseEqualityAsksTheMember)
         const char* left;
         const char* right;
         bool equal;
-    } cases[] = {{"a", "b", true}, {"b", "a", true}, {"a", "c", false}, {"b", "({id: 1})", false}, {"b", "b", true},
-                 {"1", "'1'", true}, {"null", "undefined", true}, {"NaN", "NaN", false}, {"a", "null", false},
-                 {"[1]", "1", true}};
+    } cases[] = {
+        {"a", "b", true},     {"b", "a", true},   {"a", "c", false},           {"b", "({id: 1})", false},
+        {"b", "b", true},     {"1", "'1'", true}, {"null", "undefined", true}, {"NaN", "NaN", false},
+        {"a", "null", false}, {"[1]", "1", true}};
     for (const auto& each : cases) {
         const QString text = QStringLiteral("%1 == %2").arg(each.left, each.right);
-        EXPECT_EQ(equal(exec, value(QStringLiteral("(%1)").arg(each.left)), value(QStringLiteral("(%1)").arg(each.right))), each.equal) << text.toStdString();
+        EXPECT_EQ(equal(exec, value(QStringLiteral("(%1)").arg(each.left)),
+                        value(QStringLiteral("(%1)").arg(each.right))),
+                  each.equal)
+            << text.toStdString();
         EXPECT_EQ(run(text), each.equal ? "true" : "false") << text.toStdString();
         EXPECT_EQ(run(QStringLiteral("%1 != %2").arg(each.left, each.right)), each.equal ? "false" : "true");
     }
