@@ -9,28 +9,11 @@
 #include "interpreter/js/remoteobjectmodelholder.h"
 #include "objectmodel/inspector.h"
 
-#include <QLoggingCategory>
+#include <QtDebug>
 
 using namespace Torvix;
 
 namespace {
-
-/** While a call waits for the application, script functions that it calls back run on its state. */
-class ExecStateOnStack
-{
-public:
-    explicit ExecStateOnStack(KJS::ExecState* exec)
-        : m_interpreter(static_cast<JsInterpreter*>(Interpreter::self()))
-    {
-        m_interpreter->pushExecState(exec);
-    }
-    ~ExecStateOnStack() { m_interpreter->popExecState(); }
-    ExecStateOnStack(const ExecStateOnStack&) = delete;
-    ExecStateOnStack& operator=(const ExecStateOnStack&) = delete;
-
-private:
-    JsInterpreter* m_interpreter;
-};
 
 void logDeprecationWarning(const Method& method, const QString& signature)
 {
@@ -98,8 +81,8 @@ KJS::Value JsFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::L
         return argError(exec, KJS::GeneralError,
                         QStringLiteral("Cannot call function or method, class not found."));
     const SharedPtr<Object> target = jsUnWrap(exec, thisObj);
-    const ExecStateOnStack state(exec);
-    const RemoteObjectModelHolder access(Interpreter::self()->runnerInterface());
+    const JsInterpreter::ExecStateScope state(JsInterpreter::self(), exec);
+    const RemoteObjectModelHolder access(JsInterpreter::self()->runnerInterface());
     return callOverload(exec, cls, cls->methods(m_name), target, args);
 }
 
