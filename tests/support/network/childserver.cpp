@@ -57,7 +57,7 @@ void ChildServer::stop()
 }
 
 void ChildServer::spawn(const std::vector<std::string>& command, const std::vector<std::string>& environment,
-                        int listener, int output)
+                        int output)
 {
     const std::vector<char*> arguments = pointers(command);
     const std::vector<char*> variables = pointers(environment);
@@ -72,8 +72,6 @@ void ChildServer::spawn(const std::vector<std::string>& command, const std::vect
         ::_exit(1);
     if (output >= 0)
         ::dup2(output, STDOUT_FILENO);
-    if (listener >= 0 && ::dup2(listener, 3) == listener)
-        ::fcntl(3, F_SETFD, 0);
     ::execve(arguments[0], arguments.data(), variables.data());
     ::_exit(127);
 }
@@ -84,7 +82,7 @@ void ChildServer::startPython(const std::string& script)
     if (::pipe2(ends, O_CLOEXEC) != 0)
         throw std::runtime_error("pipe failed");
     const std::string path = std::string(TORVIX_NETWORK_SUPPORT_DIR) + "/" + script;
-    spawn({"/usr/bin/python3", "-W", "ignore", path}, {"PYTHONDONTWRITEBYTECODE=1", "LC_ALL=C.UTF-8"}, -1,
+    spawn({"/usr/bin/python3", "-W", "ignore", path}, {"PYTHONDONTWRITEBYTECODE=1", "LC_ALL=C.UTF-8"},
           ends[1]);
     ::close(ends[1]);
     const std::string line = readLine(ends[0], 60000);
@@ -92,11 +90,21 @@ void ChildServer::startPython(const std::string& script)
     m_port = static_cast<unsigned short>(std::stoi(line));
 }
 
-void ChildServer::startWithListener(const std::vector<std::string>& command,
-                                    const std::vector<std::string>& environment, const Listener& listener)
+bool ChildServer::startOnPort(const std::vector<std::string>& command, unsigned short port,
+                              const std::string& readyFile)
 {
-    m_port = listener.port();
-    spawn(command, environment, listener.descriptor(), -1);
+    spawn(command, {"LC_ALL=C.UTF-8"}, -1);
+    m_port = port;
+    for (int waited = 0; waited < 10000; ++waited) {
+        if (::waitpid(m_process, nullptr, WNOHANG) == m_process) {
+            m_process = -1;
+            return false;
+        }
+        if (std::filesystem::exists(readyFile))
+            return true;
+        ::usleep(1000);
+    }
+    throw std::runtime_error("the server does not listen");
 }
 
 NginxServer::NginxServer(const std::string& locations,
@@ -109,22 +117,29 @@ NginxServer::NginxServer(const std::string& locations,
     std::filesystem::create_directory(m_folder + "/root");
     for (const auto& [name, content] : files)
         std::ofstream(m_folder + "/root/" + name, std::ios::binary) << content;
-    // The socket is ours and comes through the variable that nginx uses to replace its own program,
-    // so that no port is chosen twice; the port in the file only has to be the same.
-    const Listener listener;
-    const std::string address = "127.0.0.1:" + std::to_string(listener.port());
+    // nginx chooses no port itself. One that was free may be taken before it listens: then the next.
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        const unsigned short port = Listener(Listener::State::BoundOnly).port();
+        writeConfiguration(port, locations);
+        if (m_server.startOnPort(
+                {"/usr/sbin/nginx", "-e", m_folder + "/error.log", "-c", m_folder + "/nginx.conf"}, port,
+                m_folder + "/pid"))
+            return;
+    }
+    throw std::runtime_error("nginx did not start");
+}
+
+void NginxServer::writeConfiguration(unsigned short port, const std::string& locations) const
+{
     std::ofstream(m_folder + "/nginx.conf")
-        << "daemon off; master_process off; worker_processes 1; pid " << m_folder << "/pid;\n"
+        << "daemon off; master_process off; pid " << m_folder << "/pid;\n"
         << "error_log " << m_folder << "/error.log;\nevents { worker_connections 64; }\n"
         << "http { access_log off; default_type text/plain; keepalive_requests 100000;\n"
         << "client_body_temp_path " << m_folder << "/body; proxy_temp_path " << m_folder << "/proxy;\n"
         << "fastcgi_temp_path " << m_folder << "/fastcgi; uwsgi_temp_path " << m_folder << "/uwsgi;\n"
         << "scgi_temp_path " << m_folder << "/scgi;\n"
-        << "server { listen " << address << "; root " << m_folder << "/root;\n"
+        << "server { listen 127.0.0.1:" << port << "; root " << m_folder << "/root;\n"
         << locations << "\n} }\n";
-    m_server.startWithListener(
-        {"/usr/sbin/nginx", "-e", m_folder + "/error.log", "-c", m_folder + "/nginx.conf"}, {"NGINX=3;"},
-        listener);
 }
 
 NginxServer::~NginxServer()

@@ -8,8 +8,6 @@
 
 namespace TorvixTest {
 
-class Listener;
-
 /** A server program that ends with the object, or with this process. */
 class ChildServer
 {
@@ -22,9 +20,9 @@ public:
     /** Starts a python script of this folder, which prints its port; waits for that port. */
     void startPython(const std::string& script);
 
-    /** Starts a program that inherits a listening socket as its descriptor 3. */
-    void startWithListener(const std::vector<std::string>& command,
-                           const std::vector<std::string>& environment, const Listener& listener);
+    /** Starts a program that makes a file once it listens on `port`; false if it ended instead. */
+    bool startOnPort(const std::vector<std::string>& command, unsigned short port,
+                     const std::string& readyFile);
 
     void stop();
 
@@ -32,7 +30,7 @@ public:
 
 private:
     void spawn(const std::vector<std::string>& command, const std::vector<std::string>& environment,
-               int listener, int output);
+               int output);
 
     pid_t m_process = -1;
     unsigned short m_port = 0;
@@ -51,6 +49,8 @@ public:
     unsigned short port() const { return m_server.port(); }
 
 private:
+    void writeConfiguration(unsigned short port, const std::string& locations) const;
+
     std::string m_folder;
     ChildServer m_server;
 };
