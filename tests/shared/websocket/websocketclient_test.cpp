@@ -8,6 +8,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
@@ -220,6 +224,30 @@ TEST(WebSocketConnecting, tellsEachFailure)
                   "connection to 127.0.0.1:" + std::to_string(server.port()) + " failed")
             << answer;
     }
+}
+
+TEST(WebSocketConnecting, doesNotMindHowManyDescriptorsAreOpen)
+{
+    ChildServer server;
+    server.startPython("websocket_server.py");
+    std::vector<int> held;
+    for (int i = 0; i < 300; ++i)
+        held.push_back(::fcntl(0, F_DUPFD_CLOEXEC, 0));
+    const auto client = connectTo(server.port());
+    client->queueTextMessage("high up");
+    EXPECT_EQ(received(*client), "high up");
+
+    rlimit old = {};
+    ::getrlimit(RLIMIT_NOFILE, &old);
+    const rlimit exhausted = {static_cast<rlim_t>(openDescriptors()), old.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &exhausted);
+    const std::string text = thrownBy([&] { connectTo(server.port()); });
+    ::setrlimit(RLIMIT_NOFILE, &old);
+    EXPECT_EQ(text, "cannot create libwebsockets context");
+    client->queueTextMessage("unharmed");
+    EXPECT_EQ(received(*client), "unharmed");
+    for (const int descriptor : held)
+        ::close(descriptor);
 }
 
 TEST(WebSocketConnecting, asksForTheRootOfTheGivenHost)

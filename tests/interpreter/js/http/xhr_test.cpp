@@ -327,6 +327,16 @@ TEST(HttpRequests, needANewOpenForEachExchange)
     EXPECT_THAT(http.response().toStdString(), HasSubstr("nginx"));
 }
 
+TEST(HttpRequests, shareOneConnection)
+{
+    NginxServer server("location / { return 200 $connection_requests; }");
+    XmlHttpRequest http;
+    for (int i = 1; i <= 20; ++i) {
+        exchange(http, "GET", server.url("/"));
+        EXPECT_EQ(http.response().toInt(), i);
+    }
+}
+
 TEST(HttpRedirects, areFollowedWithMethodAndData)
 {
     NginxServer server(
