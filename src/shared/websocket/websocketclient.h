@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace Torvix {
 
@@ -60,7 +61,7 @@ public:
     unsigned short m_port = 0;
     /** Milliseconds that each wait of a blocking call may take. */
     int m_timeout = 3000;
-    /** Not owned; outlives the client. */
+    /** Not owned, outlives the client; null is silent. */
     LogInterface* m_log = nullptr;
 
 protected:
@@ -75,12 +76,14 @@ protected:
 /**
  * Connects to ws://host:port/ (no TLS) and returns when the connection is established.
  *
- * `host` is a name or an address literal, `log` must outlive the client. Throws
- * "connection to host:port failed" for a refused connection or a server that declines the
- * handshake; "establishing a WebSocket connection timed out" after three seconds of silence;
- * "libwebsocket_client_connect failed" for an unknown name or an address that cannot be reached from
- * here; "cannot create libwebsockets context" when the library could not begin at all. The name is resolved
- * on the calling thread, without a time limit.
+ * `host` is a name or an address literal. `log` may be null; else it must outlive the client. The
+ * name is resolved on the calling thread, without a time limit. Throws std::runtime_error:
+ * - "connection to host:port failed" for a refused connection, or a server that declines the
+ *   handshake;
+ * - "establishing a WebSocket connection timed out" after three seconds of silence;
+ * - "libwebsocket_client_connect failed" for an unknown name, or an address that cannot be reached
+ *   from here;
+ * - "cannot create libwebsockets context" when the library could not begin at all.
  */
 std::unique_ptr<WebSocketClient> createWebSocketClient(LogInterface* log, const std::string& host,
                                                        unsigned short port);
