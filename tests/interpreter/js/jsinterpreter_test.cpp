@@ -159,6 +159,22 @@ TEST_F(JsInterpreterTest, TestOutcomesEndACallWithoutAnError)
     EXPECT_TRUE(interpreter->errorMessage().isEmpty()) << "but no error";
 }
 
+TEST_F(JsInterpreterTest, AnExceptionOfAnEarlierCallDisturbsNothing)
+{
+    run("function bad() { throw new Error('first'); }"
+        "Object.defineProperty(globalThis, 'late', {get() { return function() {}; }, configurable: true});");
+    EXPECT_FALSE(interpreter->call("bad", {}));
+    EXPECT_TRUE(exec()->hadException()) << "it stays until the next call";
+    EXPECT_TRUE(interpreter->hasFunction("late"));
+    EXPECT_EQ(text("({toString() { return 'text' }})"), "text");
+    EXPECT_EQ(interpreter->lastResult()->toString(), "text");
+    EXPECT_FALSE(run("throw {get message() { return 'second' }, get line() { return 9 }}"));
+    EXPECT_EQ(interpreter->errorMessage(), "second");
+    EXPECT_EQ(interpreter->errorLine(), 9);
+    EXPECT_TRUE(interpreter->call("late", {}));
+    EXPECT_FALSE(exec()->hadException());
+}
+
 TEST_F(JsInterpreterTest, CallBacksAreCalledByIdentifier)
 {
     run("var count = 0; var f = function() { ++count; }");
