@@ -366,6 +366,22 @@ TEST_F(JsInterpreterTest, ARunawayScriptIsEnded)
     EXPECT_EQ(text("1 + 1"), "2");
 }
 
+TEST_F(JsInterpreterTest, ErrorsBelongToTheInterpreterThatThrew)
+{
+    DummyRunnerInterface otherRunner;
+    JsInterpreter other(&otherRunner);
+    ASSERT_EQ(Interpreter::self(), &other);
+    EXPECT_FALSE(run("\nthrow 'here'"));
+    EXPECT_EQ(interpreter->errorFile(), script);
+    EXPECT_EQ(interpreter->errorLine(), 2);
+    EXPECT_FALSE(run("\n\nthrow new Error('here')"));
+    EXPECT_EQ(interpreter->errorFile(), script);
+    EXPECT_TRUE(other.errorCallStack().empty());
+    Interpreter::setSelf(nullptr);
+    EXPECT_FALSE(run("\n\n\nthrow 'here'"));
+    EXPECT_EQ(interpreter->errorLine(), 4);
+}
+
 TEST_F(JsInterpreterTest, InterpretersNest)
 {
     static JsInterpreter* outer = nullptr;
