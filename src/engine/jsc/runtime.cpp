@@ -16,20 +16,20 @@ constexpr double stopPollSeconds = 0.05;
 
 /**
  * The collector works on the script's thread only: marking asks C++ objects, which are of one thread.
- * The engine reads this setting once in a process; what the tests or programs that are started later
- * inherit stays as it was.
+ * The engine reads this setting once, from the environment, when the first group is made; what
+ * somebody has set stays, and programs that are started later inherit nothing of it.
  */
 JSContextGroupRef createGroup()
 {
-    static const char name[] = "JSC_useConcurrentGC";
+    static constexpr char name[] = "JSC_useConcurrentGC";
     static bool isFirst = true;
     const bool isOurs = isFirst && !qEnvironmentVariableIsSet(name);
+    isFirst = false;
     if (isOurs)
         qputenv(name, "0");
     const JSContextGroupRef group = JSContextGroupCreate();
     if (isOurs)
         qunsetenv(name);
-    isFirst = false;
     return group;
 }
 

@@ -150,6 +150,7 @@ public:
     void sourceParsed(const Rewriting::SourceInfo& source, int errorLine) override;
     Rewriting::TextAnswer resolveModule(const QString& name, const QString& importer) override;
     Rewriting::TextAnswer readModule(const QString& path) override;
+    bool isHostObject(JSContextRef, JSObjectRef object) override;
     std::optional<bool> hostHasProperty(JSContextRef, JSObjectRef object, JSValueRef key,
                                         JSValueRef* exception) override;
 

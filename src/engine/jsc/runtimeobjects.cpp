@@ -186,6 +186,13 @@ void Runtime::defineAccessor(ExecState* exec, JSObjectRef object, const Identifi
     });
 }
 
+bool Runtime::isHostObject(JSContextRef, JSObjectRef object)
+{
+    const ObjectImp* const imp =
+        object == m_globalReference ? m_global.imp() : HostClass::hostOf(m_context, object);
+    return imp && ObjectAccess::traits(imp) & OverridesHasProperty;
+}
+
 std::optional<bool> Runtime::hostHasProperty(JSContextRef, JSObjectRef object, JSValueRef key,
                                              JSValueRef* exception)
 {
