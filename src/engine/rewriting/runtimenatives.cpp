@@ -63,6 +63,12 @@ JSValueRef thrown(const Call& call)
     return nullptr;
 }
 
+JSValueRef isHost(const Call& call)
+{
+    JSObjectRef object = asObject(call.context, call.at(0));
+    return JSValueMakeBoolean(call.context, object && call.runtime.hooks.isHostObject(call.context, object));
+}
+
 JSValueRef has(const Call& call)
 {
     const auto answer = call.runtime.hooks.hostHasProperty(call.context, asObject(call.context, call.at(0)),
@@ -184,6 +190,7 @@ constexpr Member members[] = {
     {"entered", callback<entered>},
     {"left", callback<left>},
     {"thrown", callback<thrown>},
+    {"isHost", callback<isHost>},
     {"has", callback<has>},
     {"evalCode", callback<evalCode>},
     {"functionCode", callback<functionCode>},
