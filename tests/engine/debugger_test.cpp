@@ -164,7 +164,7 @@ TEST_P(DebuggerTest, ThisOfAFrame)
         return Undefined();
     });
     run("look(); (function() { this; look() })(); (function() { 'use strict'; this; look() })();"
-        "({m() { this; look() }}).m(); (function() { this; (() => look())() }).call([]);"
+        "({m() { this; look() }}).m(); (function() { this; (() => { this; look() })() }).call([]);"
         "class A { constructor() { this; look() } } new A;"
         "class B extends A { constructor() { look(); super(); look() } } new B;"
         "(function() { this; look() }).call(5);");
