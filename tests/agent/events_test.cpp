@@ -102,8 +102,7 @@ TEST(AgentEvents, recordsWhatAPersonDoes)
                                   q("activateItem fileMenu New")};
     EXPECT_EQ(lines, expected) << lines.join(QLatin1Char('\n')).toStdString();
     target.client().request(Record{false});
-    act("clickButton",
-        {Value::ofObject(target.find({q("type"), q("QPushButton"), q("occurrence"), q("1")}))});
+    act("clickItem", {Value::ofObject(target.byName(q("treeWidget"))), Value::ofString(q("Nuts"))});
     EXPECT_FALSE(target.client().waitForPush(&captured, 50));
 }
 
