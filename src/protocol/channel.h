@@ -27,6 +27,8 @@ public:
 
     /** For a notifier in an event loop; -1 in memory. Owned by the channel. */
     virtual int descriptor() const { return -1; }
+    /** True when the other side is a process of this machine. */
+    virtual bool isLocal() const { return false; }
     /** Why the stream ended; empty when the other side closed it in order. */
     virtual QString errorString() const { return QString(); }
 

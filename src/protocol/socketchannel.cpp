@@ -69,6 +69,13 @@ public:
     }
 
     int descriptor() const override { return m_descriptor; }
+    bool isLocal() const override
+    {
+        sockaddr_storage address{};
+        socklen_t size = sizeof address;
+        return ::getsockname(m_descriptor, reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
+               address.ss_family == AF_UNIX;
+    }
     QString errorString() const override { return m_error; }
 
 private:

@@ -1,0 +1,330 @@
+#include "objectmodel/applicationmodel.h"
+
+#include "objectmodel/inspector.h"
+
+#include <QScopedValueRollback>
+
+namespace Torvix {
+
+using namespace Protocol;
+
+namespace {
+
+/** References are given back in batches; a script that makes no call for long still does. */
+constexpr int releaseBatch = 512;
+
+} // namespace
+
+ObjectHandle::~ObjectHandle()
+{
+    if (!m_application)
+        return;
+    m_application->m_handles.remove(m_id);
+    if (!m_application->m_alive)
+        return;
+    m_application->m_released.append({m_id, m_received});
+    if (m_application->m_released.size() >= releaseBatch)
+        m_application->flushReleases();
+}
+
+ApplicationModel::ApplicationModel(int id, std::unique_ptr<ModelLink> link)
+    : m_id(id)
+    , m_link(std::move(link))
+{
+    m_globalNamespace = std::make_unique<Namespace>(this, QString(), nullptr);
+    m_link->setPushSink([this](const Frame& frame) { takePush(frame); });
+}
+
+ApplicationModel::~ApplicationModel()
+{
+    m_link->setPushSink({});
+    invalidateAll();
+    for (ObjectHandle* handle : qAsConst(m_handles))
+        handle->m_application = nullptr;
+}
+
+Hello ApplicationModel::peer() const
+{
+    return m_link->peer();
+}
+
+int ApplicationModel::descriptor() const
+{
+    return m_alive ? m_link->descriptor() : -1;
+}
+
+void ApplicationModel::detach(const QString& reason)
+{
+    flushReleases();
+    m_link->close(reason);
+    noticeEnd();
+}
+
+void ApplicationModel::invalidateAll()
+{
+    for (ObjectHandle* handle : qAsConst(m_handles))
+        handle->m_status |= InvalidatedStatus;
+}
+
+void ApplicationModel::noticeEnd()
+{
+    if (!m_alive || m_link->isOpen())
+        return;
+    m_alive = false;
+    m_endReason = m_link->closeReason();
+    m_released.clear();
+    invalidateAll();
+}
+
+// -- calls
+
+bool ApplicationModel::exchange(RequestNumber number, const QByteArray& body, int extraMs, QByteArray* reply)
+{
+    Inspector* inspector = Inspector::self();
+    inspector->setLastError(QString());
+    m_lastLinkError = LinkError();
+    noticeEnd();
+    if (!m_alive) {
+        m_lastLinkError.kind = LinkError::Closed;
+        inspector->setLastError(QStringLiteral("The application has ended: %1").arg(m_endReason));
+        return false;
+    }
+    flushReleases();
+    LinkError error;
+    const bool answered = m_link->exchange(number, body, m_callTimeoutMs + extraMs, reply, &error);
+    noticeEnd();
+    deliver();
+    m_lastLinkError = error;
+    if (!answered)
+        inspector->setLastError(error.text);
+    return answered;
+}
+
+bool ApplicationModel::accept(bool decoded)
+{
+    if (!decoded) {
+        m_link->close(QStringLiteral("the application's agent sent an answer that cannot be read"));
+        noticeEnd();
+        Inspector::self()->setLastError(QStringLiteral("The application has ended: %1").arg(m_endReason));
+    }
+    return decoded;
+}
+
+bool ApplicationModel::callBatch(const QVector<BatchItem>& requests, QVector<BatchResult>* results)
+{
+    Batch batch;
+    batch.requests = requests;
+    BatchReply reply;
+    if (!call(batch, &reply) || !accept(reply.results.size() == requests.size()))
+        return false;
+    *results = reply.results;
+    return true;
+}
+
+void ApplicationModel::flushReleases()
+{
+    if (m_released.isEmpty() || !m_alive)
+        return;
+    Release release;
+    release.objects.swap(m_released);
+    m_link->post(Release::number, encode(release));
+}
+
+// -- news
+
+void ApplicationModel::takeNews()
+{
+    if (!m_alive)
+        return;
+    const QScopedValueRollback<int> quiet(m_quiet, m_quiet + 1);
+    m_link->pump(0);
+    noticeEnd();
+}
+
+void ApplicationModel::processEvents(int timeoutMs)
+{
+    if (m_alive) {
+        const QScopedValueRollback<int> quiet(m_quiet, m_quiet + 1);
+        flushReleases();
+        m_link->pump(m_events.empty() ? timeoutMs : 0);
+        noticeEnd();
+    }
+    deliver();
+}
+
+void ApplicationModel::takePush(const Frame& frame)
+{
+    switch (PushNumber(frame.number)) {
+    case PushNumber::ObjectsDestroyed: {
+        ObjectsDestroyed news;
+        if (!decode(frame.body, &news))
+            break;
+        for (qint64 id : qAsConst(news.objects))
+            if (ObjectHandle* handle = m_handles.value(id))
+                handle->m_status |= InvalidatedStatus;
+        return;
+    }
+    case PushNumber::GoingDown:
+        invalidateAll();
+        return;
+    case PushNumber::ClassesChanged:
+        m_unknownNames.clear();
+        m_unknownNamespaces.clear();
+        m_globalClassAsked = m_globalClass != nullptr;
+        return;
+    default:
+        m_events.push_back(frame);
+        if (m_quiet == 0)
+            deliver();
+        return;
+    }
+    accept(false);
+}
+
+void ApplicationModel::deliver()
+{
+    if (m_delivering || m_quiet > 0)
+        return;
+    const QScopedValueRollback<bool> delivering(m_delivering, true);
+    const QString callersError = Inspector::self()->lastError();
+    while (!m_events.empty()) {
+        const Frame frame = m_events.front();
+        m_events.pop_front();
+        deliverOne(frame);
+    }
+    if (!m_alive && !m_endTold) {
+        m_endTold = true;
+        if (m_listener)
+            m_listener->applicationEnded(this, m_endReason);
+    }
+    Inspector::self()->setLastError(callersError);
+}
+
+void ApplicationModel::deliverOne(const Frame& frame)
+{
+    EventHandled handled;
+    EventCaptured captured;
+    Picked picked;
+    Output output;
+    // References are taken over even when nobody listens, so that they are given back.
+    if (PushNumber(frame.number) == PushNumber::EventHandled && decode(frame.body, &handled)) {
+        ObjectList arguments{makeObject(handled.object)};
+        for (const Value& value : qAsConst(handled.arguments))
+            arguments.append(makeObject(value));
+        if (m_listener)
+            m_listener->eventHandled(this, handled.handler, handled.eventName, arguments);
+    } else if (PushNumber(frame.number) == PushNumber::Picked && decode(frame.body, &picked)) {
+        const SharedPtr<Object> object = makeObject(picked.object);
+        if (m_listener)
+            m_listener->picked(this, object);
+    } else if (PushNumber(frame.number) == PushNumber::EventCaptured && decode(frame.body, &captured)) {
+        if (m_listener)
+            m_listener->eventCaptured(this, captured);
+    } else if (PushNumber(frame.number) == PushNumber::Output && decode(frame.body, &output)) {
+        if (m_listener)
+            m_listener->output(this, output.stream, output.text);
+    }
+}
+
+// -- values
+
+SharedPtr<Object> ApplicationModel::makeObject(const ObjectRef& ref)
+{
+    const Class* objectClass = linkClass({ref.classId, QString()});
+    if (ref.id == 0)
+        return new Object(objectClass, Value::ofObject(ref));
+    ObjectHandle*& entry = m_handles[ref.id];
+    if (!entry)
+        entry = new ObjectHandle(this, ref.id);
+    const SharedPtr<ObjectHandle> handle(entry);
+    ++handle->m_received;
+    handle->m_status |= ref.status | (m_alive ? NoStatus : InvalidatedStatus);
+    return new Object(objectClass, Value::ofObject(ref), handle);
+}
+
+SharedPtr<Object> ApplicationModel::makeObject(const Value& value)
+{
+    const Inspector* inspector = Inspector::self();
+    switch (value.kind) {
+    case Value::Kind::Object:
+        return makeObject(value.object);
+    case Value::Kind::Array: {
+        ObjectList elements;
+        for (const Value& element : value.elements)
+            elements.append(makeObject(element));
+        return ArrayClass::createRemoteObject(elements);
+    }
+    case Value::Kind::Map: {
+        ObjectEntries entries;
+        for (auto it = value.entries.begin(); it != value.entries.end(); ++it)
+            entries.insert(it.key(), makeObject(it.value()));
+        return MapClass::createRemoteObject(entries);
+    }
+    default:
+        return new Object(inspector->builtinClass(value.classId()), value);
+    }
+}
+
+bool ApplicationModel::toWire(const SharedPtr<Object>& object, Value* value)
+{
+    if (!object) {
+        Inspector::self()->setLastError(QStringLiteral("A value is missing"));
+        return false;
+    }
+    switch (object->value().kind) {
+    case Value::Kind::Array: {
+        QVector<Value> elements;
+        for (const SharedPtr<Object>& element : object->elements()) {
+            elements.append(Value());
+            if (!toWire(element, &elements.last()))
+                return false;
+        }
+        *value = Value::ofArray(elements);
+        return true;
+    }
+    case Value::Kind::Map: {
+        QMap<QString, Value> entries;
+        const ObjectEntries theirs = object->entries();
+        for (auto it = theirs.begin(); it != theirs.end(); ++it)
+            if (!toWire(it.value(), &entries[it.key()]))
+                return false;
+        *value = Value::ofMap(entries);
+        return true;
+    }
+    case Value::Kind::Object: {
+        qint64 id = 0;
+        *value = object->value();
+        return remoteId(object, &id);
+    }
+    default:
+        *value = object->value();
+        return true;
+    }
+}
+
+bool ApplicationModel::remoteId(const SharedPtr<Object>& object, qint64* id)
+{
+    *id = 0;
+    if (!object || object->isNull())
+        return true;
+    Inspector* inspector = Inspector::self();
+    if (!object->m_handle) {
+        inspector->setLastError(
+            QStringLiteral("A %1 is a value, not an object of the application").arg(object->className()));
+        return false;
+    }
+    if (object->m_handle->application() != this) {
+        inspector->setLastError(
+            QStringLiteral("The %1 belongs to another application").arg(object->className()));
+        return false;
+    }
+    if (object->isInvalidated()) {
+        inspector->setLastError(m_alive ? QStringLiteral("The %1 has been destroyed").arg(object->className())
+                                        : QStringLiteral("The application has ended: %1").arg(m_endReason));
+        return false;
+    }
+    *id = object->m_handle->id();
+    return true;
+}
+
+} // namespace Torvix

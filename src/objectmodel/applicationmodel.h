@@ -1,0 +1,155 @@
+#pragma once
+
+#include "objectmodel/class.h"
+#include "objectmodel/modellink.h"
+
+#include <QSet>
+
+#include <deque>
+#include <map>
+
+namespace Torvix {
+
+class InspectorListener;
+class Namespace;
+
+/** The one handle for all wrappers of an object: its state, and the references to give back. */
+class ObjectHandle : public Shared
+{
+public:
+    ObjectHandle(ApplicationModel* application, qint64 id) : m_application(application), m_id(id) {}
+    ~ObjectHandle() override;
+
+    ApplicationModel* application() const { return m_application; }
+    qint64 id() const { return m_id; }
+    /** Object::Status bits, as far as news have been taken in. */
+    quint32 status() const { return m_status; }
+
+private:
+    friend class ApplicationModel;
+    ApplicationModel* m_application;
+    qint64 m_id;
+    qint64 m_received = 0;
+    quint32 m_status = 0;
+};
+
+/**
+ * One application: its classes, the references into it, and the calls to it. Made by
+ * Inspector::addApplication; lives as long as the inspector, so that classes and wrappers stay
+ * valid when the application has gone.
+ */
+class TORVIXOBJECTMODEL_EXPORT ApplicationModel
+{
+public:
+    ApplicationModel(int id, std::unique_ptr<ModelLink> link);
+    ~ApplicationModel();
+    ApplicationModel(const ApplicationModel&) = delete;
+    ApplicationModel& operator=(const ApplicationModel&) = delete;
+
+    /** The id of the context, as scripts compare it. */
+    int id() const { return m_id; }
+    Protocol::Hello peer() const;
+
+    /** False once the application has gone or detach() was called. */
+    bool isAlive() const { return m_alive; }
+    /** Why it is not alive. */
+    QString endReason() const { return m_endReason; }
+    /** Closes the connection; all references are invalidated, as with a death. */
+    void detach(const QString& reason);
+    /** Longest wait for an ordinary call. Default 60,000 ms. Not used by requests that wait. */
+    void setCallTimeout(int milliseconds) { m_callTimeoutMs = milliseconds; }
+    int callTimeout() const { return m_callTimeoutMs; }
+
+    /**
+     * One request of protocol/messages.h. False on failure, with the inspector's last error set.
+     * Events for the listener that arrive meanwhile are delivered before it returns.
+     * @param extraMs added to the call timeout, for requests that wait in the application
+     */
+    template <class Request>
+    bool call(const Request& request, typename Request::Reply* reply, int extraMs = 0)
+    {
+        QByteArray body;
+        return exchange(Request::number, Protocol::encode(request), extraMs, &body) &&
+               accept(Protocol::decode(body, reply));
+    }
+    template <class Request>
+    bool call(const Request& request)
+    {
+        typename Request::Reply ignored;
+        return call(request, &ignored);
+    }
+
+    /** Several requests in one round trip; a result for each, in order. */
+    bool callBatch(const QVector<Protocol::BatchItem>& requests, QVector<Protocol::BatchResult>* results);
+
+    /** The kind of the last failed call's error; None after a success. */
+    LinkError lastLinkError() const { return m_lastLinkError; }
+
+    /** Null for an unknown id, with the last error set. A built-in code gives the built-in type. */
+    const Class* classById(int id);
+    /** Null when there is none (no error); misses are remembered until new classes appear. */
+    const Class* classByName(const QString& name);
+    const Namespace* namespaceByName(const QString& name);
+    const Class* globalClass();
+    const Namespace* globalNamespace();
+    /** The class, whether fetched or not. */
+    const Class* linkClass(const Protocol::ClassLink& link);
+    /** Fetches the description of a class. */
+    bool describe(const Class* described);
+
+    SharedPtr<Object> makeObject(const Protocol::ObjectRef& ref);
+    SharedPtr<Object> makeObject(const Protocol::Value& value);
+    /** Fails for an object of another application, and for one that is invalidated. */
+    bool toWire(const SharedPtr<Object>& object, Protocol::Value* value);
+    /** The id for a call on it, 0 for null. Fails like toWire. */
+    bool remoteId(const SharedPtr<Object>& object, qint64* id);
+
+    /** Takes in what has arrived, without waiting and without calling the listener. */
+    void takeNews();
+    /** Waits for news as long and delivers the events that are there to the listener, in order. */
+    void processEvents(int timeoutMs);
+    int descriptor() const;
+
+    /** Not owned; null for none. */
+    void setListener(InspectorListener* listener) { m_listener = listener; }
+
+private:
+    friend class ObjectHandle;
+    friend class Object;
+
+    bool exchange(Protocol::RequestNumber number, const QByteArray& body, int extraMs, QByteArray* reply);
+    bool accept(bool decoded);
+    void takePush(const Protocol::Frame& frame);
+    void deliver();
+    void deliverOne(const Protocol::Frame& frame);
+    void invalidateAll();
+    void noticeEnd();
+    void flushReleases();
+    const Class* adopt(const Protocol::ClassReply& reply);
+
+    int m_id;
+    std::unique_ptr<ModelLink> m_link;
+    bool m_alive = true;
+    QString m_endReason;
+    int m_callTimeoutMs = 60000;
+    LinkError m_lastLinkError;
+    InspectorListener* m_listener = nullptr;
+
+    std::map<int, std::unique_ptr<Class>> m_classes;
+    QHash<QString, const Class*> m_classesByName;
+    std::map<QString, std::unique_ptr<Namespace>> m_namespaces;
+    QSet<QString> m_unknownNames;
+    QSet<QString> m_unknownNamespaces;
+    std::unique_ptr<Namespace> m_globalNamespace;
+    const Class* m_globalClass = nullptr;
+    bool m_globalClassAsked = false;
+
+    QHash<qint64, ObjectHandle*> m_handles;
+    QVector<Protocol::ReleasedRef> m_released;
+    std::deque<Protocol::Frame> m_events;
+    bool m_delivering = false;
+    bool m_endTold = false;
+    int m_quiet = 0;
+};
+
+} // namespace Torvix

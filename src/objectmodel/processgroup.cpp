@@ -1,0 +1,225 @@
+#include "objectmodel/processgroup.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTextCodec>
+#include <QThread>
+#include <QVector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstring>
+#include <vector>
+
+namespace Torvix {
+
+namespace {
+
+constexpr int stepMs = 10;
+
+QString streamFile(const QString& folder, ProcessGroup::Stream stream)
+{
+    return folder +
+           (stream == ProcessGroup::Stream::Output ? QLatin1String("/stdout") : QLatin1String("/stderr"));
+}
+
+/** Null-terminated pointers into a list of strings that outlives them. */
+std::vector<char*> pointersInto(QVector<QByteArray>& texts)
+{
+    std::vector<char*> pointers;
+    for (QByteArray& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/** Between fork and exec: only calls that are safe there. Writes errno to the pipe on failure. */
+[[noreturn]] void becomeProgram(const char* program, char* const* arguments, char* const* environment,
+                                const char* folder, const int* streams, int report)
+{
+    setpgid(0, 0);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    signal(SIGPIPE, SIG_DFL);
+    const int nothing = open("/dev/null", O_RDONLY);
+    if ((*folder == '\0' || chdir(folder) == 0) && dup2(nothing, 0) >= 0 && dup2(streams[0], 1) >= 0 &&
+        dup2(streams[1], 2) >= 0)
+        execve(program, arguments, environment);
+    const int problem = errno;
+    const ssize_t written = write(report, &problem, sizeof problem);
+    _exit(written == sizeof problem ? 127 : 126);
+}
+
+int openStream(const QString& path)
+{
+    return ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC,
+                  0600);
+}
+
+QVector<QByteArray> environmentOf(const ProcessGroup::Command& command)
+{
+    QVector<QByteArray> texts;
+    for (const QString& variable : command.environment.toStringList())
+        texts.append(variable.toLocal8Bit());
+    texts.append(command.mark);
+    return texts;
+}
+
+} // namespace
+
+std::unique_ptr<ProcessGroup> ProcessGroup::start(const Command& command, QString* error)
+{
+    QVector<QByteArray> arguments{QFile::encodeName(command.program)};
+    for (const QString& argument : command.arguments)
+        arguments.append(argument.toLocal8Bit());
+    QVector<QByteArray> environment = environmentOf(command);
+    const std::vector<char*> argumentList = pointersInto(arguments);
+    const std::vector<char*> environmentList = pointersInto(environment);
+    const QByteArray folder = QFile::encodeName(command.workingDirectory);
+    const int streams[2] = {openStream(streamFile(command.folder, Stream::Output)),
+                            openStream(streamFile(command.folder, Stream::Error))};
+    int report[2] = {-1, -1};
+    if (streams[0] < 0 || streams[1] < 0 || pipe2(report, O_CLOEXEC) != 0) {
+        *error = QString::fromLocal8Bit(strerror(errno));
+        return nullptr;
+    }
+    const pid_t pid = fork();
+    if (pid == 0)
+        becomeProgram(arguments.first().constData(), argumentList.data(), environmentList.data(),
+                      folder.constData(), streams, report[1]);
+    ::close(report[1]);
+    ::close(streams[0]);
+    ::close(streams[1]);
+    int problem = pid < 0 ? errno : 0;
+    // Ends at once when the pipe is closed by a successful exec.
+    const bool failed = pid < 0 || ::read(report[0], &problem, sizeof problem) == sizeof problem;
+    ::close(report[0]);
+    if (!failed) {
+        setpgid(pid, pid);
+        return std::unique_ptr<ProcessGroup>(new ProcessGroup(pid, command));
+    }
+    if (pid > 0)
+        waitpid(pid, nullptr, 0);
+    *error = QString::fromLocal8Bit(strerror(problem));
+    return nullptr;
+}
+
+ProcessGroup::ProcessGroup(int pid, const Command& command)
+    : m_pid(pid)
+    , m_folder(command.folder)
+    , m_mark(command.mark)
+{
+}
+
+ProcessGroup::~ProcessGroup()
+{
+    stop(0);
+}
+
+bool ProcessGroup::isRunning()
+{
+    int status = 0;
+    if (!m_status && waitpid(m_pid, &status, WNOHANG) == m_pid)
+        m_status = status;
+    return !m_status;
+}
+
+bool ProcessGroup::waitForEnd(int timeoutMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (isRunning() && timer.elapsed() < timeoutMs)
+        QThread::msleep(stepMs);
+    return !isRunning();
+}
+
+QString ProcessGroup::exitText()
+{
+    if (isRunning())
+        return QString();
+    if (WIFEXITED(*m_status))
+        return QStringLiteral("exited with status %1").arg(WEXITSTATUS(*m_status));
+    const int signal = WTERMSIG(*m_status);
+    return QStringLiteral("was killed by signal %1 (%2)")
+        .arg(signal)
+        .arg(QString::fromLocal8Bit(strsignal(signal)));
+}
+
+QVector<int> ProcessGroup::members()
+{
+    QVector<int> found;
+    if (isRunning())
+        found.append(m_pid);
+    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& name : processes) {
+        bool isProcess = false;
+        const int pid = name.toInt(&isProcess);
+        QFile environment(QStringLiteral("/proc/%1/environ").arg(name));
+        if (!isProcess || pid == m_pid || pid == getpid() || !environment.open(QIODevice::ReadOnly))
+            continue;
+        // Of a zombie this is empty.
+        const QByteArray variables = environment.readAll();
+        if (!variables.isEmpty() && (getpgid(pid) == m_pid || variables.split('\0').contains(m_mark)))
+            found.append(pid);
+    }
+    return found;
+}
+
+void ProcessGroup::signalAll(int signal)
+{
+    const QVector<int> all = members();
+    for (int pid : all) {
+        ::kill(pid, signal);
+        // A stopped process takes no other signal than KILL.
+        if (signal != SIGKILL)
+            ::kill(pid, SIGCONT);
+    }
+}
+
+void ProcessGroup::stop(int graceMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    if (graceMs > 0)
+        signalAll(SIGTERM);
+    while (timer.elapsed() < graceMs && !members().isEmpty())
+        QThread::msleep(stepMs);
+    // One that starts others while it is killed needs another round.
+    for (int round = 0; round < 10 && !members().isEmpty(); ++round) {
+        signalAll(SIGKILL);
+        waitForEnd(stepMs);
+    }
+    waitForEnd(1000);
+}
+
+QString ProcessGroup::read(Stream stream)
+{
+    QFile file(streamFile(m_folder, stream));
+    qint64& position = m_read[int(stream)];
+    if (!file.open(QIODevice::ReadOnly) || !file.seek(position))
+        return QStringLiteral("");
+    const QByteArray bytes = file.readAll();
+    QTextCodec::ConverterState state;
+    QString text = QTextCodec::codecForLocale()->toUnicode(bytes.constData(), bytes.size(), &state);
+    position += bytes.size() - state.remainingChars;
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
+QStringList ProcessGroup::lastLines(Stream stream, int count) const
+{
+    constexpr qint64 enough = 8192;
+    QFile file(streamFile(m_folder, stream));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    file.seek(qMax<qint64>(0, file.size() - enough));
+    const QStringList lines =
+        QString::fromLocal8Bit(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return lines.mid(qMax(0, lines.size() - count));
+}
+
+} // namespace Torvix
