@@ -26,6 +26,7 @@ constexpr int stepMs = 20;
 /** How long the connection's end may come before the process's. */
 constexpr int endMs = 500;
 constexpr int greetMs = 5000;
+constexpr int maxRefusals = 5;
 constexpr int shownLines = 5;
 
 QString findProgram(const QString& program)
@@ -175,16 +176,25 @@ std::unique_ptr<Application> Application::attach(const QString& address, const Q
     QElapsedTimer timer;
     timer.start();
     QString problem;
-    std::unique_ptr<Channel> channel;
-    // An application that is just starting may listen soon.
-    while (!(channel = connectTo(address, &problem)) && timer.elapsed() < timeoutMs)
-        QThread::msleep(stepMs);
     std::unique_ptr<Application> application(new Application);
-    const QByteArray shown = tokenFor(address, token);
-    if (channel && shown.isEmpty())
-        problem = QStringLiteral("its token is missing (32 hexadecimal digits in TORVIX_AGENT_TOKEN)");
-    else if (channel)
-        application->m_session = Session::open(std::move(channel), shown, true, greetMs, &problem);
+    // An application that is just starting may listen soon; one whose last runner has just gone
+    // turns the next away until it has seen that.
+    for (int refused = 0; !application->m_session && refused < maxRefusals;) {
+        std::unique_ptr<Channel> channel = connectTo(address, &problem);
+        const QByteArray shown = tokenFor(address, token);
+        if (channel && shown.isEmpty()) {
+            problem = QStringLiteral("its token is missing (32 hexadecimal digits in TORVIX_AGENT_TOKEN)");
+            break;
+        }
+        if (channel) {
+            application->m_session = Session::open(std::move(channel), shown, true, greetMs, &problem);
+            ++refused;
+        } else if (timer.elapsed() >= timeoutMs) {
+            break;
+        }
+        if (!application->m_session)
+            QThread::msleep(stepMs);
+    }
     if (!application->m_session) {
         *error = QStringLiteral("Cannot attach to %1: %2").arg(address, problem);
         return nullptr;
