@@ -323,9 +323,8 @@ JSClassRef globalClass()
         // A class with a static function has a prototype object of its own, and that one's prototype
         // can be set, while the global object's cannot. The function is there for nothing else.
         static const auto nothing = [](JSContextRef context, JSObjectRef, JSObjectRef, std::size_t,
-                                       const JSValueRef[], JSValueRef*) -> JSValueRef {
-            return JSValueMakeUndefined(context);
-        };
+                                       const JSValueRef[],
+                                       JSValueRef*) -> JSValueRef { return JSValueMakeUndefined(context); };
         static const JSStaticFunction functions[] = {
             {"[[Global]]", nothing, kJSPropertyAttributeDontEnum | kJSPropertyAttributeReadOnly},
             {nullptr, nullptr, 0}};

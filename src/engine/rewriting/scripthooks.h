@@ -59,9 +59,15 @@ public:
     /** The text of a module; sourceParsed for that text follows at once. */
     virtual TextAnswer readModule(const QString& path) = 0;
 
+    /** Whether an object answers `in` by hostHasProperty: objects of classes of ours do. */
+    virtual bool isHostObject(JSContextRef, JSObjectRef object)
+    {
+        return JSObjectGetPrivate(object) != nullptr;
+    }
+
     /**
-     * `key in object` for an object of a class of ours; nothing when it is an ordinary object, then
-     * the engine answers. An exception goes to `*exception`.
+     * `key in object` for a host object; nothing leaves the answer to the engine. The key is a string
+     * or a symbol. An exception goes to `*exception`.
      */
     virtual std::optional<bool> hostHasProperty(JSContextRef, JSObjectRef /*object*/, JSValueRef /*key*/,
                                                 JSValueRef* /*exception*/)
