@@ -4,6 +4,7 @@
 #include "engine/interpreter.h"
 #include "engine/list.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
