@@ -62,15 +62,9 @@ ScriptRuntime::Private::~Private()
 
 ScriptRuntime::Private* ScriptRuntime::Private::of(JSContextRef context)
 {
-    static thread_local JSGlobalContextRef lastContext = nullptr;
-    static thread_local Private* last = nullptr;
-    JSGlobalContextRef global = JSContextGetGlobalContext(context);
-    if (global != lastContext || !last || registry().find(global) == registry().end()) {
-        auto found = registry().find(global);
-        lastContext = global;
-        last = found == registry().end() ? nullptr : found->second;
-    }
-    return last;
+    // a context's address may come again after it: nothing is remembered beside the registry
+    const auto found = registry().find(JSContextGetGlobalContext(context));
+    return found == registry().end() ? nullptr : found->second;
 }
 
 void ScriptRuntime::Private::installPrelude()
