@@ -262,7 +262,11 @@ void ScriptRuntime::Private::describe(JSObjectRef error, int frame)
     if (!url.isEmpty() && running && url != running->url)
         if (const SourceInfo* other = rewriter.sources().newestOf(url))
             sourceId = other->id;
-    if (!JSValueIsNumber(context, read("line")))
+    // helpers of ours stand for the statement that uses them (a stack overflow may happen there)
+    const bool isHelper = url == QLatin1String(preludeUrl);
+    if (isHelper && running)
+        set("sourceURL", makeString(context, running->url));
+    if (isHelper || !JSValueIsNumber(context, read("line")))
         set("line", number(frames.line(frame)));
     const int line = static_cast<int>(JSValueToNumber(context, read("line"), nullptr));
     if (JSValueIsUndefined(context, read("sourceId")))

@@ -136,6 +136,16 @@ int ScriptRuntime::sourceId(int frame) const
     return info ? info->sourceId : 0;
 }
 
+const FunctionInfo* ScriptRuntime::functionOf(JSObjectRef object) const
+{
+    JSObjectRef idOf = asObject(d->context, property(d->context, d->helpers, "functionIdOf"));
+    JSValueRef exception = nullptr;
+    JSValueRef id = d->helper(idOf, {object}, &exception);
+    if (exception)
+        return nullptr; // no function
+    return d->rewriter.sources().function(static_cast<int>(JSValueToNumber(d->context, id, nullptr)));
+}
+
 JSValueRef ScriptRuntime::thisAt(int frame) const
 {
     const FunctionInfo* info = function(frame);

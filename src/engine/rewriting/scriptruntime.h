@@ -93,6 +93,9 @@ public:
     /** Null for frames without a known function. */
     const FunctionInfo* function(int frame) const;
 
+    /** The declaration of a function object; null for the engine's own functions and other objects. */
+    const FunctionInfo* functionOf(JSObjectRef object) const;
+
     /**
      * Null where there is none to be had: a derived constructor before `super` returns. In the fast
      * flavour a plain function that never mentions `this` answers the global object.

@@ -78,7 +78,7 @@ void ScriptRuntime::Private::installPrelude()
     const QString code = QStringLiteral("const {%1}=(function(host){'use strict';").arg(names) +
                          QString::fromUtf8(embeddedPrelude()) +
                          QStringLiteral("host.helpers={arrived,importInto,T,E,no,Error,SyntaxError,variables,"
-                                        "setVariable,evaluateIn,truncate};"
+                                        "setVariable,evaluateIn,truncate,functionIdOf};"
                                         "return{%1}})(this)")
                              .arg(values);
     JSObjectRef host = makeHost();

@@ -216,7 +216,8 @@ TEST_P(Runtime, HelpersAreNoProperties)
 
 TEST_P(Runtime, LooseEqualityAsksTheMember)
 {
-    EXPECT_EQ(run("var a = {n: 1, '[[==]]'(o) { return this.n === o.n }}, b = {n: 1}, c = {n: 2};"
+    EXPECT_EQ(run("var a = {n: 1, '[[==]]'(self, other) { return self === this && this.n === other.n }}, b = "
+                  "{n: 1}, c = {n: 2};"
                   "[a == b, b == a, a != b, a == c, b == c, a == a, a === b, a == 1].join()"),
               "true,true,false,false,false,true,false,false");
 }

@@ -1,14 +1,14 @@
 // Operators that host objects take part in.
 
-/** a == b; of two objects each may answer with a member "[[==]]". */
+/** a == b; of two objects each may answer with a member "[[==]]", called with itself and the other. */
 function eq(a, b) {
     if (typeof a !== 'object' || typeof b !== 'object' || a === null || b === null || a === b)
         return a == b;
     let equals = a['[[==]]'];
     if (equals !== undefined)
-        return !!apply(equals, a, [b]);
+        return !!apply(equals, a, [a, b]);
     equals = b['[[==]]'];
-    return equals !== undefined && !!apply(equals, b, [a]);
+    return equals !== undefined && !!apply(equals, b, [b, a]);
 }
 
 const hostTraps = {

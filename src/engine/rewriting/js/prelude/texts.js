@@ -97,3 +97,9 @@ const hookedEval = {
 
 /** The callee of an indirect call of eval. */
 function ev(callee) { return callee === realEval ? hookedEval : callee; }
+
+/** The id of the function that a function object was made from; 0 for the engine's own. */
+function functionIdOf(object) {
+    const match = apply(exec, isMark, [apply(realToString, object, [])]);
+    return match === null ? 0 : +match[1];
+}
