@@ -168,6 +168,20 @@ TEST_P(Runtime, NativeExceptionsPassThroughScriptUncaught)
     }
 }
 
+TEST_P(Runtime, ExceptionsOfHooksEndTheRun)
+{
+    run("var log = ''; var f = () => { try {\n 1\n } catch (e) { log += 'C' } finally { log += 'F' } }");
+    world.hooks.atStatement = [&](int frame) {
+        if (world.runtime.line(frame) == 2)
+            throw std::runtime_error("stop");
+    };
+    world.runtime.setHooksWanted(true);
+    EXPECT_THROW(run("f(); log += 'on'"), std::runtime_error);
+    world.runtime.setHooksWanted(false);
+    EXPECT_EQ(run("log"), "F");
+    EXPECT_EQ(world.runtime.frames().depth(), 0);
+}
+
 TEST_P(Runtime, RunawayRecursionIsARangeErrorWithTheStackIntact)
 {
     world.runtime.setHooksWanted(true);
