@@ -303,8 +303,9 @@ JSClassRef make(unsigned traits, const QByteArray& className)
 
 JSClassRef obtain(unsigned traits, const QString& className)
 {
-    static std::map<std::pair<unsigned, QString>, JSClassRef> classes;
-    JSClassRef& known = classes[{traits & ~static_cast<unsigned>(OverridesMark), className}];
+    // never destroyed: objects of these classes may be made until the very end
+    static auto* const classes = new std::map<std::pair<unsigned, QString>, JSClassRef>;
+    JSClassRef& known = (*classes)[{traits & ~static_cast<unsigned>(OverridesMark), className}];
     if (!known)
         known = make(traits, className.toUtf8());
     return known;

@@ -34,8 +34,13 @@ JSValueRef callback(JSContextRef context, JSObjectRef, JSObjectRef, size_t count
 {
     Runtime* runtime = Runtime::of(context);
     JSValueRef result = nullptr;
-    if (runtime)
-        result = function({*runtime, context, count, arguments, exception});
+    if (runtime) {
+        try {
+            result = function({*runtime, context, count, arguments, exception});
+        } catch (...) { // C++ exceptions must not unwind the engine's frames
+            *exception = runtime->q->carryCurrentException();
+        }
+    }
     return result ? result : JSValueMakeUndefined(context);
 }
 

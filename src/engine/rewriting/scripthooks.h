@@ -22,8 +22,8 @@ struct TextAnswer
 
 /**
  * What a ScriptRuntime tells and asks. Called on the script's thread, inside script execution; a hook
- * may run script of the same runtime. C++ exceptions must not leave a hook: use
- * ScriptRuntime::carryCurrentException where one has to reach the outermost native call.
+ * may run script of the same runtime. A C++ exception that leaves a hook ends the run: script
+ * cannot catch it, and the outermost native call throws it on.
  *
  * Statement and frame hooks come only while the flag is up (ScriptRuntime::setHooksWanted). Frames
  * are numbered as in FrameStack; in each of the three the frame is the top of the stack.

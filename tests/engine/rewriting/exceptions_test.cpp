@@ -46,6 +46,11 @@ const ThrowCase throwCases[] = {
     {"try { eval('a b') } catch (e) {}", "[SyntaxError: Unexpected identifier 'b' caught (program):1]"},
     {"new Function('\\nthrow 5')()", "[5 uncaught anonymous:4 (program):1]"},
     {"Promise.resolve().then(() => {\n throw 'job' })", "[job uncaught :2]"},
+    {"function* inner(){\n throw 1 }\nfunction* outer(){\n yield* inner() }\n[...outer()]",
+     "[1 uncaught inner:2 outer:4 (program):5]"},
+    {"function* inner(){\n yield 1;\n throw 1 }\nfunction* outer(){\n try{ yield* inner() }catch(e){} "
+     "}\n[...outer()]",
+     "[1 caught inner:3 outer:5 (program):6]"},
     {"undeclared", "[ReferenceError: Can't find variable: undeclared uncaught (program):1]"},
 };
 

@@ -168,6 +168,20 @@ TEST_P(Runtime, NativeExceptionsPassThroughScriptUncaught)
     }
 }
 
+TEST_P(Runtime, ExceptionsOfHooksEndTheRun)
+{
+    run("var log = ''; var f = () => { try {\n 1\n } catch (e) { log += 'C' } finally { log += 'F' } }");
+    world.hooks.atStatement = [&](int frame) {
+        if (world.runtime.line(frame) == 2)
+            throw std::runtime_error("stop");
+    };
+    world.runtime.setHooksWanted(true);
+    EXPECT_THROW(run("f(); log += 'on'"), std::runtime_error);
+    world.runtime.setHooksWanted(false);
+    EXPECT_EQ(run("log"), "F");
+    EXPECT_EQ(world.runtime.frames().depth(), 0);
+}
+
 TEST_P(Runtime, RunawayRecursionIsARangeErrorWithTheStackIntact)
 {
     world.runtime.setHooksWanted(true);
@@ -216,7 +230,8 @@ TEST_P(Runtime, HelpersAreNoProperties)
 
 TEST_P(Runtime, LooseEqualityAsksTheMember)
 {
-    EXPECT_EQ(run("var a = {n: 1, '[[==]]'(o) { return this.n === o.n }}, b = {n: 1}, c = {n: 2};"
+    EXPECT_EQ(run("var a = {n: 1, '[[==]]'(self, other) { return self === this && this.n === other.n }}, b = "
+                  "{n: 1}, c = {n: 2};"
                   "[a == b, b == a, a != b, a == c, b == c, a == a, a === b, a == 1].join()"),
               "true,true,false,false,false,true,false,false");
 }

@@ -13,6 +13,7 @@ class FrameContext {
         this.isParameter = false;
         this.isAsync = false;    // parameters of an async function
         this.suspends = false;   // generators and async functions
+        this.isAsyncGenerator = false;
         this.heals = false;      // has for await: statements re-enter the frame when needed
         this.tries = 0;          // try blocks with a catch around this place
         this.loopTries = 0;      // the same at the innermost loop or switch
