@@ -123,7 +123,9 @@ public:
 
     /** Whether a call-back comes from the ordinary operation on that object; asks once. */
     bool takeBypass(const ObjectImp* object);
-    bool isBypassed(const ObjectImp* object) const { return m_bypass == object; }
+    bool isBypassed(const ObjectImp* object) const { return m_bypass == object || m_defining == object; }
+    /** Whether an own property of that object is being defined, for which script looks it up first. */
+    bool isDefining(const ObjectImp* object) const { return m_defining == object; }
     /** Whether script's look-up for the ordinary put that runs has met that object, or a prototype. */
     bool isOrdinaryPut(const ObjectImp* object, JSStringRef name, JSValueRef value) const;
     PendingLookup*& pendingLookup() { return m_lookup; }
@@ -206,6 +208,7 @@ private:
     std::set<OpaqueImp*> m_opaques;
 
     const ObjectImp* m_bypass = nullptr;
+    const ObjectImp* m_defining = nullptr;
     struct OrdinaryPut
     {
         const Identifier* name = nullptr;
