@@ -150,6 +150,16 @@ QString ProcessGroup::exitText()
         .arg(QString::fromLocal8Bit(strsignal(signal)));
 }
 
+quint64 ProcessGroup::usedTime() const
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(m_pid));
+    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
+    // Counted from behind the name in parentheses, which may hold anything.
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    constexpr int userTime = 11, systemTime = 12;
+    return fields.value(userTime).toULongLong() + fields.value(systemTime).toULongLong();
+}
+
 QVector<int> ProcessGroup::members()
 {
     QVector<int> found;
