@@ -8,8 +8,7 @@ using namespace Torvix::Testing;
 /** What a person reads in an item of a view. */
 QString textOf(Running& running, const SharedPtr<Object>& item)
 {
-    const SharedPtr<Object> text = running.call(item, "text");
-    return text ? text->toString() : QString();
+    return running.get(item, "text");
 }
 
 TEST(Calculator, OneAndTwoAreThree)
