@@ -5,15 +5,6 @@ namespace {
 using namespace Torvix;
 using namespace Torvix::Testing;
 
-<<<<<<< HEAD
-=======
-/** What a person reads in an item of a view. */
-QString textOf(Running& running, const SharedPtr<Object>& item)
-{
-    return running.get(item, "text");
-}
-
->>>>>>> agent
 TEST(Calculator, OneAndTwoAreThree)
 {
     Running calculator(sample("widgets/calculator"));
