@@ -216,11 +216,11 @@ TEST_P(Runtime, FramesBeyondTheArraysAreHarmless)
 TEST_P(Runtime, TimeLimitStopsForGoodAndLeavesTheRuntimeUsable)
 {
     int asked = 0;
-    world.runtime.setTimeLimit(0.02, [&] { return ++asked == 2; });
     run("var log = ''");
+    world.runtime.setTimeLimit(0.02, [&] { return ++asked >= 2; });
     world.run("function f() { try { for (;;); } catch (e) { log += 'C' } finally { log += 'F' } } f()");
     EXPECT_TRUE(world.runtime.wasStopped());
-    EXPECT_EQ(asked, 2);
+    EXPECT_GE(asked, 2);
     asked = 0;
     world.run("try { callBack(() => { for (;;); }) } catch (e) { log += 'C' } log += 'on'");
     EXPECT_TRUE(world.runtime.wasStopped());
