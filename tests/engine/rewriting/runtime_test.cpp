@@ -136,6 +136,14 @@ TEST_P(Runtime, JobsRunWhenTheOutermostCallEnds)
     EXPECT_EQ(world.runtime.frames().depth(), 0);
 }
 
+TEST_P(Runtime, UnhandledRejectionsAreTold)
+{
+    run("(async () => { throw 'lost' })(); Promise.reject('taken').catch(() => {}); Promise.reject('late');"
+        "var later = Promise.reject('handled in a job'); Promise.resolve().then(() => later.catch(() => "
+        "{}))");
+    EXPECT_EQ(world.hooks.rejections.toStdString(), "lost late ");
+}
+
 TEST_P(Runtime, NestedRunsKeepTheFrames)
 {
     std::string seen;
