@@ -138,7 +138,8 @@ public:
     JSObjectRef bear(ObjectImp* object);
     /** The implementation of an object: a C++ half, or the view of one of script's. */
     ObjectImp* implementation(JSObjectRef object);
-    void forgetView(JSObjectRef object) { m_views.remove(object); }
+    /** A view that nothing holds any more is kept for a while: most are wanted again at once. */
+    void restView(ObjectImp* view);
     /** Where a function of script's was declared; null for others. */
     const Rewriting::FunctionInfo* declarationOf(JSObjectRef function);
     /** A namespace object gets its own kind of view. */
@@ -185,6 +186,8 @@ private:
     Rewriting::Outcome counted(Run run);
     template <class Hook>
     void tell(Hook hook);
+    void wakeView(ObjectImp* view);
+    void dropRestingViews();
     void detachObjects();
 
     Interpreter* m_interpreter;
@@ -203,6 +206,8 @@ private:
     QHash<int, Object> m_currentObjects;
 
     QHash<JSObjectRef, ObjectImp*> m_views;
+    std::array<ObjectImp*, 64> m_restingViews = {};
+    std::size_t m_nextRest = 0;
     std::vector<ObjectImp*> m_roots;
     std::vector<ObjectImp*> m_markers; // those that override mark()
     std::set<OpaqueImp*> m_opaques;
