@@ -83,11 +83,41 @@ function(torvix_test name)
                                              TORVIX_TEST_BINARY_DIR="${CMAKE_BINARY_DIR}")
   _torvix_test_headers()
   target_precompile_headers(${name} REUSE_FROM torvix_test_headers)
-  set(properties LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
-  if(ARG_ENVIRONMENT)
-    list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+                       PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
+  _torvix_sanitizer_environment(${name} sanitizers)
+  _torvix_test_environment(${name} ${ARG_ENVIRONMENT} ${sanitizers})
+endfunction()
+
+# Discovery takes no lists as values of properties, so the environment is set once the tests are known.
+function(_torvix_test_environment name)
+  if(ARGN)
+    set(file ${CMAKE_CURRENT_BINARY_DIR}/${name}_environment.cmake)
+    file(WRITE ${file} "set_tests_properties(\${${name}_TESTS} PROPERTIES ENVIRONMENT [==[${ARGN}]==])\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${file})
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+endfunction()
+
+# What the sanitizers need to know in a test and in all programs that it starts. Foreign applications
+# load our plug-ins, whose runtime must be the first in the process: it is preloaded. Leaks are looked
+# for in the test and the runner alone, which have a file of options by their name.
+function(_torvix_sanitizer_environment test variable)
+  set(environment "")
+  if(TORVIX_SANITIZE)
+    set(options ${CMAKE_BINARY_DIR}/sanitizers)
+    foreach(program ${test} torvixrunner)
+      file(WRITE ${options}/${program} "detect_leaks=1\n")
+    endforeach()
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
+                    OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
+    file(REAL_PATH ${runtime} runtime)
+    set(environment
+        LD_PRELOAD=${runtime}
+        ASAN_OPTIONS=detect_leaks=0:malloc_context_size=2:include_if_exists=${options}/%b
+        LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0
+        UBSAN_OPTIONS=print_stacktrace=1)
+  endif()
+  set(${variable} ${environment} PARENT_SCOPE)
 endfunction()
 
 # One precompiled GoogleTest serves all test programs; each compiles with Qt Core's flags for that.

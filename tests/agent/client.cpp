@@ -176,10 +176,6 @@ QProcessEnvironment Target::environment(const QString& pluginRoot)
     environment.insert(QStringLiteral("QT_PLUGIN_PATH"),
                        pluginRoot.isEmpty() ? QStringLiteral(TORVIX_TEST_BINARY_DIR "/lib/qt5/plugins")
                                             : pluginRoot);
-    environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
-#ifdef TORVIX_PRELOAD
-    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(TORVIX_PRELOAD));
-#endif
     return environment;
 }
 
