@@ -192,6 +192,23 @@ public:
         return *this;
     }
 
+    /** A constructor with other arguments than C++ has, for an event. */
+    template <class... A>
+    Bind& factory(C (*create)(A...), const char* names = "", const std::vector<Value>& defaultValues = {})
+    {
+        MethodInfo info;
+        info.name = m_class.name;
+        info.arguments = argumentInfos<A...>(names);
+        info.result.name = m_class.name;
+        info.isStatic = true;
+        info.invoke = [create](Value&, const std::vector<Value>& given) {
+            return apply<Value, A...>([create](auto&&... values) { return make(create(values...)); }, given,
+                                      std::index_sequence_for<A...>());
+        };
+        addOverloads(m_class.constructors, info, defaultValues);
+        return *this;
+    }
+
     /** Keys of an enum of the class or of its namespace that has no meta-object. */
     Bind& enumeration(const char* name, std::vector<std::pair<QByteArray, int>> keys)
     {

@@ -326,7 +326,7 @@ QString NameMatcher::toText(const Protocol::NameConditions& conditions)
     for (const Protocol::NameCondition& condition : conditions) {
         const QString sign = condition.isNested || condition.match == Protocol::Match::Exact
                                  ? QStringLiteral("=")
-                             : condition.match == Protocol::Match::Wildcard ? QStringLiteral("?=")
+                             : condition.match == Protocol::Match::Wildcard ? QStringLiteral("*=")
                                                                             : QStringLiteral("~=");
         const QString value = condition.isNested ? toText(condition.nested)
                                                  : QLatin1Char('\'') + condition.text + QLatin1Char('\'');
