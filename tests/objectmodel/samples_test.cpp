@@ -5,6 +5,13 @@ namespace {
 using namespace Torvix;
 using namespace Torvix::Testing;
 
+/** What a person reads in an item of a view. */
+QString textOf(Running& running, const SharedPtr<Object>& item)
+{
+    const SharedPtr<Object> text = running.call(item, "text");
+    return text ? text->toString() : QString();
+}
+
 TEST(Calculator, OneAndTwoAreThree)
 {
     Running calculator(sample("widgets/calculator"));
@@ -59,12 +66,13 @@ TEST(AddressBook, AnEntryAddedThroughMenuAndDialogIsARow)
         << qPrintable(Inspector::self()->lastError());
 
     book.act("clickButton", {book.wait("{type='QPushButton' text='OK' window={type='AddDialog'}}")});
+    book.act("clickItem", {book.wait("{type='AddressWidget'}"), value("DEF")});
     const SharedPtr<Object> table = book.wait("{type='QTableView' visible=true}");
     const Inspector::WaitResult row = Inspector::self()->waitForItem(table, utf8("Erika M\\."), 5000);
     EXPECT_EQ(0u, row.failed) << qPrintable(Inspector::self()->lastError());
     const Inspector::WaitResult address = Inspector::self()->waitForItem(table, 0, 1, 5000);
     ASSERT_EQ(0u, address.failed);
-    EXPECT_EQ(utf8("Heidestr. 17"), book.get(address.object, "text"));
+    EXPECT_EQ(utf8("Heidestr. 17"), textOf(book, address.object));
     EXPECT_NE(0u, Inspector::self()->waitForItem(table, utf8("Nobody"), 50).failed);
 }
 
@@ -75,12 +83,12 @@ TEST(Spreadsheet, ACellIsReadAndEdited)
     const SharedPtr<Object> table = sheet.wait("{type='QTableWidget'}");
     const Inspector::WaitResult cell = Inspector::self()->waitForItem(table, 1, 0, 5000);
     ASSERT_EQ(0u, cell.failed) << qPrintable(Inspector::self()->lastError());
-    EXPECT_EQ(utf8("AirportBus"), sheet.get(cell.object, "text"));
+    EXPECT_EQ(utf8("AirportBus"), textOf(sheet, cell.object));
     sheet.act("doubleClickItem", {table, value("AirportBus")});
     const SharedPtr<Object> editor = sheet.wait("{type='QLineEdit' container={type='QTableWidget'}}");
     sheet.act("type", {editor, value("<Ctrl+A>Tram<Return>")});
     const Inspector::WaitResult again = Inspector::self()->waitForItem(table, 1, 0, 5000);
-    EXPECT_EQ(utf8("Tram"), sheet.get(again.object, "text"));
+    EXPECT_EQ(utf8("Tram"), textOf(sheet, again.object));
 }
 
 TEST(TabDialog, ATabIsChosenAndABoxIsTicked)
