@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/objectimp.h"
 #include "engine/object.h"
+#include "engine/objectimp.h"
 
 #include <JavaScriptCore/JavaScript.h>
 

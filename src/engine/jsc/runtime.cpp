@@ -16,27 +16,29 @@ constexpr double stopPollSeconds = 0.05;
 
 /**
  * The collector works on the script's thread only: marking asks C++ objects, which are of one thread.
- * The engine reads this setting once in a process; what the tests or programs that are started later
- * inherit stays as it was.
+ * The engine reads this setting once, from the environment, when the first group is made; what
+ * somebody has set stays, and programs that are started later inherit nothing of it.
  */
 JSContextGroupRef createGroup()
 {
-    static const char name[] = "JSC_useConcurrentGC";
+    static constexpr char name[] = "JSC_useConcurrentGC";
     static bool isFirst = true;
     const bool isOurs = isFirst && !qEnvironmentVariableIsSet(name);
+    isFirst = false;
     if (isOurs)
         qputenv(name, "0");
     const JSContextGroupRef group = JSContextGroupCreate();
     if (isOurs)
         qunsetenv(name);
-    isFirst = false;
     return group;
 }
 
 } // namespace
 
 Runtime::Runtime(Interpreter* interpreter, const Object& global, const InterpreterOptions& options)
-    : m_interpreter(interpreter), m_group(createGroup()), m_globalExec(interpreter, 0)
+    : m_interpreter(interpreter)
+    , m_group(createGroup())
+    , m_globalExec(interpreter, 0)
 {
     JSContextGroupAddMarkingConstraint(
         m_group, [](JSMarkerRef marker, void* runtime) { static_cast<Runtime*>(runtime)->mark(marker); },
@@ -50,9 +52,9 @@ Runtime::Runtime(Interpreter* interpreter, const Object& global, const Interpret
     m_context = JSGlobalContextCreateInGroup(m_group, traits & lookups ? HostClass::globalClass() : nullptr);
     m_globalReference = JSContextGetGlobalObject(m_context);
     Heap::self().add(this);
-    m_script = std::make_unique<Rewriting::ScriptRuntime>(
-        *m_rewriter, m_context, *this,
-        options.debugVariables ? Rewriting::Flavour::Debug : Rewriting::Flavour::Fast);
+    m_script = std::make_unique<Rewriting::ScriptRuntime>(*m_rewriter, m_context, *this,
+                                                          options.debugVariables ? Rewriting::Flavour::Debug
+                                                                                 : Rewriting::Flavour::Fast);
     loadHelpers();
     bearGlobal(traits);
     if (traits & lookups)
@@ -121,7 +123,8 @@ void Runtime::installMissHandler(unsigned traits)
     constexpr unsigned lookups = OverridesGet | OverridesHasProperty | OverridesPropList;
     const JSClassRef handlerClass = HostClass::obtain(traits & lookups, m_global.className().qstring());
     const JSObjectRef handler = JSObjectMake(m_context, handlerClass, m_global.imp());
-    JSObjectRef link = JSValueToObject(m_context, JSObjectGetPrototype(m_context, m_globalReference), nullptr);
+    JSObjectRef link =
+        JSValueToObject(m_context, JSObjectGetPrototype(m_context, m_globalReference), nullptr);
     JSObjectSetPrototype(m_context, handler, JSObjectGetPrototype(m_context, link));
     JSObjectSetPrototype(m_context, link, handler);
 }
@@ -267,8 +270,10 @@ int Runtime::lineOf(int frame)
 }
 
 NativeScope::NativeScope(Runtime& runtime)
-    : m_runtime(runtime), m_exec(runtime.currentExec()), m_pending(m_exec->exception()),
-      m_floor(Heap::self().floor())
+    : m_runtime(runtime)
+    , m_exec(runtime.currentExec())
+    , m_pending(m_exec->exception())
+    , m_floor(Heap::self().floor())
 {
     if (!m_pending.isNull())
         m_exec->clearException();

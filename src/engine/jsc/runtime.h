@@ -24,7 +24,18 @@ class OpaqueImp;
 /** Functions of script's that the C API has no counterpart for; kept as they were at the start. */
 enum class Helper { Define, DefineAccessor, Keys, Tag, ToPrimitive, Count };
 
-enum class Builtin { Object, Function, Array, Boolean, String, Number, Date, RegExp, Error, Count = Error + 7 };
+enum class Builtin {
+    Object,
+    Function,
+    Array,
+    Boolean,
+    String,
+    Number,
+    Date,
+    RegExp,
+    Error,
+    Count = Error + 7
+};
 
 /** A look-up by script that is being answered by an override, so that the base can tell it answered. */
 struct PendingLookup
@@ -73,7 +84,8 @@ public:
      * Any use of the C API that can run script, by `action(JSValueRef* exception)`. An exception goes
      * to the exec state, and the result is then a default one.
      */
-    template <class Action> auto guarded(ExecState* exec, Action action) -> decltype(action(nullptr))
+    template <class Action>
+    auto guarded(ExecState* exec, Action action) -> decltype(action(nullptr))
     {
         JSValueRef exception = nullptr;
         auto result = action(&exception);
@@ -87,7 +99,8 @@ public:
     void raise(ExecState* exec, JSValueRef exception);
     /** evaluate, call or construct of ScriptRuntime: also an outermost run's begin and end. */
     Value finish(ExecState* exec, const Rewriting::Outcome& outcome);
-    Rewriting::Outcome call(JSObjectRef function, JSObjectRef thisObject, const std::vector<JSValueRef>& args);
+    Rewriting::Outcome call(JSObjectRef function, JSObjectRef thisObject,
+                            const std::vector<JSValueRef>& args);
     Rewriting::Outcome construct(JSObjectRef function, const std::vector<JSValueRef>& args);
     Completion evaluate(const UString& code, const Value& thisValue, bool internal);
     JSValueRef callHelper(Helper which, std::initializer_list<JSValueRef> arguments, JSValueRef* exception);
@@ -99,8 +112,10 @@ public:
     bool has(ExecState* exec, const ObjectImp* object, const Identifier& name);
     bool remove(ExecState* exec, ObjectImp* object, const Identifier& name);
     ReferenceList list(ExecState* exec, ObjectImp* object, bool recursive);
-    void define(ExecState* exec, ObjectImp* object, const Identifier& name, const Value& value, int attributes);
-    void define(ExecState* exec, JSObjectRef object, const Identifier& name, const Value& value, int attributes);
+    void define(ExecState* exec, ObjectImp* object, const Identifier& name, const Value& value,
+                int attributes);
+    void define(ExecState* exec, JSObjectRef object, const Identifier& name, const Value& value,
+                int attributes);
     void defineAccessor(ExecState* exec, JSObjectRef object, const Identifier& name, const Object& getter,
                         const Object& setter);
     void defineAccessor(ExecState* exec, ObjectImp* object, const Identifier& name, const Object& getter,
@@ -150,6 +165,7 @@ public:
     void sourceParsed(const Rewriting::SourceInfo& source, int errorLine) override;
     Rewriting::TextAnswer resolveModule(const QString& name, const QString& importer) override;
     Rewriting::TextAnswer readModule(const QString& path) override;
+    bool isHostObject(JSContextRef, JSObjectRef object) override;
     std::optional<bool> hostHasProperty(JSContextRef, JSObjectRef object, JSValueRef key,
                                         JSValueRef* exception) override;
 
@@ -163,8 +179,10 @@ private:
     void mark(JSMarkerRef marker);
     bool isInternal(int sourceId) const { return m_internalSources.count(sourceId) > 0; }
     bool shouldStop();
-    template <class Run> Rewriting::Outcome counted(Run run);
-    template <class Hook> void tell(Hook hook);
+    template <class Run>
+    Rewriting::Outcome counted(Run run);
+    template <class Hook>
+    void tell(Hook hook);
     void detachObjects();
 
     Interpreter* m_interpreter;

@@ -1,10 +1,10 @@
 // The parts of Runtime that are the ordinary operations of objects.
 
+#include "engine/function.h"
 #include "engine/jsc/hostclass.h"
 #include "engine/jsc/identifiertable.h"
 #include "engine/jsc/runtime.h"
 #include "engine/jsc/valueaccess.h"
-#include "engine/function.h"
 #include "engine/reference.h"
 
 namespace KJS {
@@ -182,8 +182,16 @@ void Runtime::defineAccessor(ExecState* exec, JSObjectRef object, const Identifi
     const JSObjectRef newSetter = ValueAccess::toScript(*this, exec, setter);
     guarded(exec, [&](JSValueRef* exception) {
         return callHelper(Helper::DefineAccessor,
-                          {object, key, newGetter ? newGetter : none, newSetter ? newSetter : none}, exception);
+                          {object, key, newGetter ? newGetter : none, newSetter ? newSetter : none},
+                          exception);
     });
+}
+
+bool Runtime::isHostObject(JSContextRef, JSObjectRef object)
+{
+    const ObjectImp* const imp =
+        object == m_globalReference ? m_global.imp() : HostClass::hostOf(m_context, object);
+    return imp && ObjectAccess::traits(imp) & OverridesHasProperty;
 }
 
 std::optional<bool> Runtime::hostHasProperty(JSContextRef, JSObjectRef object, JSValueRef key,

@@ -7,7 +7,9 @@
 namespace KJS {
 
 OpaqueImp::OpaqueImp(Runtime* runtime, JSValueRef value, Type type)
-    : m_runtime(runtime), m_value(value), m_type(type)
+    : m_runtime(runtime)
+    , m_value(value)
+    , m_type(type)
 {
     JSValueProtect(runtime->context(), value);
     runtime->opaques().insert(this);
@@ -77,8 +79,7 @@ JSObjectRef referenceIn(Runtime& runtime, ExecState* exec, ObjectImp* object)
         return ObjectAccess::reference(object);
     if (ObjectAccess::isUnborn(object))
         return runtime.bear(object);
-    refuse(exec, owner ? "The object belongs to another interpreter"
-                       : "The object's interpreter has ended");
+    refuse(exec, owner ? "The object belongs to another interpreter" : "The object's interpreter has ended");
     return nullptr;
 }
 

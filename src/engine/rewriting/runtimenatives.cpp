@@ -34,8 +34,13 @@ JSValueRef callback(JSContextRef context, JSObjectRef, JSObjectRef, size_t count
 {
     Runtime* runtime = Runtime::of(context);
     JSValueRef result = nullptr;
-    if (runtime)
-        result = function({*runtime, context, count, arguments, exception});
+    if (runtime) {
+        try {
+            result = function({*runtime, context, count, arguments, exception});
+        } catch (...) { // C++ exceptions must not unwind the engine's frames
+            *exception = runtime->q->carryCurrentException();
+        }
+    }
     return result ? result : JSValueMakeUndefined(context);
 }
 
@@ -61,6 +66,12 @@ JSValueRef thrown(const Call& call)
 {
     call.runtime.exceptionThrown(call.at(0), call.frame(1), JSValueToBoolean(call.context, call.at(2)));
     return nullptr;
+}
+
+JSValueRef isHost(const Call& call)
+{
+    JSObjectRef object = asObject(call.context, call.at(0));
+    return JSValueMakeBoolean(call.context, object && call.runtime.hooks.isHostObject(call.context, object));
 }
 
 JSValueRef has(const Call& call)
@@ -184,6 +195,7 @@ constexpr Member members[] = {
     {"entered", callback<entered>},
     {"left", callback<left>},
     {"thrown", callback<thrown>},
+    {"isHost", callback<isHost>},
     {"has", callback<has>},
     {"evalCode", callback<evalCode>},
     {"functionCode", callback<functionCode>},
@@ -255,7 +267,11 @@ void ScriptRuntime::Private::describe(JSObjectRef error, int frame)
     if (!url.isEmpty() && running && url != running->url)
         if (const SourceInfo* other = rewriter.sources().newestOf(url))
             sourceId = other->id;
-    if (!JSValueIsNumber(context, read("line")))
+    // helpers of ours stand for the statement that uses them (a stack overflow may happen there)
+    const bool isHelper = url == QLatin1String(preludeUrl);
+    if (isHelper && running)
+        set("sourceURL", makeString(context, running->url));
+    if (isHelper || !JSValueIsNumber(context, read("line")))
         set("line", number(frames.line(frame)));
     const int line = static_cast<int>(JSValueToNumber(context, read("line"), nullptr));
     if (JSValueIsUndefined(context, read("sourceId")))

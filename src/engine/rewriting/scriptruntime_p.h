@@ -71,6 +71,7 @@ public:
 
     // running
 
+    void armTimeLimit();
     void beginRun();
     /** After the run: frames as before it, jobs done when it was the outermost, C++ exceptions on. */
     Outcome endRun(int frame, JSValueRef value, JSValueRef exception);
