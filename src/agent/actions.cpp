@@ -250,7 +250,7 @@ void addForm(ClassInfo& global, const char* name, const std::vector<ArgumentInfo
 
 void bindActions(Registry& registry)
 {
-    Bind<TabItem>(registry).value().method("text", &TabItem::text).method("index", &TabItem::position);
+    Bind<TabItem>(registry).value().property("text", &TabItem::text).property("index", &TabItem::position);
     ClassInfo& global = registry.define(globalClassName, {});
     for (const Action& action : actions)
         for (const char* form : action.forms)

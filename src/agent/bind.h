@@ -163,6 +163,18 @@ public:
         return *this;
     }
 
+    /** A read-only property that C++ does not have as such. */
+    template <class R>
+    Bind& propertyOf(const char* name, R (*getter)(C&))
+    {
+        PropertyInfo info;
+        info.name = name;
+        info.type = typeUse<Plain<R>>();
+        info.get = [getter](Value& self) { return toValue<Plain<R>>(getter(Self<C>::get(self))); };
+        m_class.properties.push_back(std::move(info));
+        return *this;
+    }
+
     /** A static property: one value for the class. */
     template <class R>
     Bind& staticProperty(const char* name, R (*getter)())

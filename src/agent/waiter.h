@@ -31,6 +31,9 @@ public:
     /** Looks at once, so that what is there already is answered without a turn of the event loop. */
     void wait(Check check, int timeoutMs, const Responder& responder);
 
+    /** For a check that needs a second look to be sure. */
+    void lookAgain() { scheduleSoon(); }
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;

@@ -65,8 +65,10 @@ public:
             if (missing == 0)
                 break;
         }
-        if (failed == 0 && !isStable(best))
+        if (failed == 0 && !isStable(best)) {
             failed = WaitStable;
+            Waiter::instance().lookAgain();
+        }
         if (failed != 0 && !isLast)
             return false;
         WaitReply reply;

@@ -20,7 +20,7 @@ using namespace Protocol;
 
 namespace {
 
-/** A process without Qt that has started nothing else for so long will not turn into one. */
+/** A process without Qt that is alone and has done nothing for so long will not turn into one. */
 constexpr int noQtMs = 1500;
 constexpr int stepMs = 20;
 /** How long the connection's end may come before the process's. */
@@ -117,6 +117,8 @@ QString Application::waitForCall(int timeoutMs)
 {
     QElapsedTimer timer;
     timer.start();
+    QElapsedTimer idle = timer;
+    quint64 lastUsed = 0;
     QString refused;
     for (;;) {
         m_session = m_listener->accept(stepMs, &refused);
@@ -127,8 +129,13 @@ QString Application::waitForCall(int timeoutMs)
         if (!m_process->isRunning() && m_process->members().isEmpty())
             return withOutput(QStringLiteral("it %1 before its agent called back").arg(m_process->exitText()),
                               m_process.get());
-        const bool isAlone = timer.elapsed() > noQtMs && m_process->members().size() == 1;
-        if (isAlone && !Injection::mayStillCall(m_process->pid()))
+        const quint64 used = m_process->usedTime();
+        if (used != lastUsed) {
+            lastUsed = used;
+            idle.restart();
+        }
+        if (idle.elapsed() > noQtMs && m_process->members().size() == 1 &&
+            !Injection::mayStillCall(m_process->pid()))
             return withOutput(Injection::processProblem({m_process->pid()}), m_process.get());
         if (timer.elapsed() > timeoutMs) {
             const QString why = refused.isEmpty() ? Injection::processProblem(m_process->members()) : refused;

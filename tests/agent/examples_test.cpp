@@ -50,7 +50,7 @@ TEST(AgentExamples, addressBookTakesAnEntryThroughMenuAndDialog)
         if (target.call(model.object, q("rowCount")).integer == 0)
             continue;
         const Value index = target.call(model.object, q("index"), {Value::ofInt(0), Value::ofInt(0)});
-        found = found || target.call(index.object, q("text")).text == q("Ann Lee");
+        found = found || target.get(index.object, q("text")).text == q("Ann Lee");
     }
     EXPECT_TRUE(found);
 }

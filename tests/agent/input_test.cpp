@@ -146,7 +146,7 @@ TEST(AgentInput, reachesItemsOfViews)
     find.path = QStringList{q("Nuts"), q("Wal\\nut")};
     WaitReply found = target.client().request(find);
     EXPECT_EQ(found.failed, 0u);
-    EXPECT_EQ(target.call(found.object, q("text")).text, q("Wal\\nut"));
+    EXPECT_EQ(target.get(found.object, q("text")).text, q("Wal\\nut"));
     find.path = QStringList{q("Nuts"), q("Pea")};
     find.timeoutMs = 50;
     found = target.client().request(find);

@@ -173,7 +173,7 @@ TEST(InterpreterLifeTest, ManyInterpretersLeaveNothing)
         Interpreter interpreter(Object(), options);
         define(interpreter, "make",
                [](ExecState* state, Object&, const List&) -> Value { return new Counted(state); });
-        EXPECT_EQ(run(interpreter, "list = [1, 2, 3].map(make); class A { #x = 1 } new A; list.length"), "3");
+        EXPECT_EQ(run(interpreter, "list = [1, 2, 3].map(make); class A { x() {} } new A; list.length"), "3");
     };
     for (int i = 0; i < 50; ++i)
         once();

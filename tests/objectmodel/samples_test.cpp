@@ -5,13 +5,6 @@ namespace {
 using namespace Torvix;
 using namespace Torvix::Testing;
 
-/** What a person reads in an item of a view. */
-QString textOf(Running& running, const SharedPtr<Object>& item)
-{
-    const SharedPtr<Object> text = running.call(item, "text");
-    return text ? text->toString() : QString();
-}
-
 TEST(Calculator, OneAndTwoAreThree)
 {
     Running calculator(sample("widgets/calculator"));
@@ -72,7 +65,7 @@ TEST(AddressBook, AnEntryAddedThroughMenuAndDialogIsARow)
     EXPECT_EQ(0u, row.failed) << qPrintable(Inspector::self()->lastError());
     const Inspector::WaitResult address = Inspector::self()->waitForItem(table, 0, 1, 5000);
     ASSERT_EQ(0u, address.failed);
-    EXPECT_EQ(utf8("Heidestr. 17"), textOf(book, address.object));
+    EXPECT_EQ(utf8("Heidestr. 17"), book.get(address.object, "text"));
     EXPECT_NE(0u, Inspector::self()->waitForItem(table, utf8("Nobody"), 50).failed);
 }
 
@@ -83,12 +76,12 @@ TEST(Spreadsheet, ACellIsReadAndEdited)
     const SharedPtr<Object> table = sheet.wait("{type='QTableWidget'}");
     const Inspector::WaitResult cell = Inspector::self()->waitForItem(table, 1, 0, 5000);
     ASSERT_EQ(0u, cell.failed) << qPrintable(Inspector::self()->lastError());
-    EXPECT_EQ(utf8("AirportBus"), textOf(sheet, cell.object));
+    EXPECT_EQ(utf8("AirportBus"), sheet.get(cell.object, "text"));
     sheet.act("doubleClickItem", {table, value("AirportBus")});
     const SharedPtr<Object> editor = sheet.wait("{type='QLineEdit' container={type='QTableWidget'}}");
     sheet.act("type", {editor, value("<Ctrl+A>Tram<Return>")});
     const Inspector::WaitResult again = Inspector::self()->waitForItem(table, 1, 0, 5000);
-    EXPECT_EQ(utf8("Tram"), textOf(sheet, again.object));
+    EXPECT_EQ(utf8("Tram"), sheet.get(again.object, "text"));
 }
 
 TEST(TabDialog, ATabIsChosenAndABoxIsTicked)

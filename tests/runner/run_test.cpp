@@ -184,7 +184,7 @@ TEST_F(Runs, CtrlCEndsTheRunWithItsReport)
     timer.start();
     QFile stream(path("results/results.ndjson"));
     while (timer.elapsed() < 20'000) {
-        if (stream.open(QIODevice::ReadOnly) && stream.readAll().contains("started\""))
+        if (stream.open(QIODevice::ReadOnly) && stream.readAll().contains("\"started\""))
             break;
         stream.close();
         QThread::msleep(20);

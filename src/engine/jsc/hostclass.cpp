@@ -81,7 +81,7 @@ JSValueRef getProperty(JSContextRef, JSObjectRef object, JSStringRef name, JSVal
 {
     const ObjectImp* const imp = implementation(object);
     Runtime* const runtime = runtimeOf(imp);
-    if (!runtime || runtime->takeBypass(imp) || isLanguageSymbol(name))
+    if (!runtime || runtime->isDefining(imp) || runtime->takeBypass(imp) || isLanguageSymbol(name))
         return nullptr;
     const Identifier identifier = IdentifierEntry::fromCallback(name);
     return native(*runtime, exception, [&](ExecState* exec) -> JSValueRef {

@@ -85,6 +85,7 @@ Runtime::~Runtime()
 
 void Runtime::detachObjects()
 {
+    dropRestingViews();
     ObjectImp* const global = m_global.imp();
     m_global = Object();
     for (ObjectImp* view : qAsConst(m_views))
@@ -173,17 +174,49 @@ ObjectImp* Runtime::implementation(JSObjectRef object)
 {
     if (object == m_globalReference)
         return m_global.imp();
+    if (ObjectImp* const view = m_views.value(object))
+        return view;
     ObjectImp* const host = HostClass::hostOf(m_context, object);
     if (host && ObjectAccess::reference(host) == object)
         return host;
-    ObjectImp*& view = m_views[object];
-    if (!view)
-        view = ObjectAccess::makeView(this, object, JSObjectIsFunction(m_context, object));
+    ObjectImp* const view = ObjectAccess::makeView(this, object, JSObjectIsFunction(m_context, object));
+    m_views.insert(object, view);
     return view;
+}
+
+void Runtime::restView(ObjectImp* view)
+{
+    if (ObjectAccess::isYoung(view))
+        return; // it rests already: it was wanted again for a moment
+    ObjectImp*& place = m_restingViews[m_nextRest++ % m_restingViews.size()];
+    if (place)
+        wakeView(place);
+    ObjectAccess::setYoung(view, true);
+    place = view;
+}
+
+/** Its rest is over: it goes, unless it is held again. */
+void Runtime::wakeView(ObjectImp* view)
+{
+    ObjectAccess::setYoung(view, false);
+    if (ObjectAccess::isHeld(view))
+        return;
+    m_views.remove(ObjectAccess::reference(view));
+    ObjectAccess::destroy(view);
+}
+
+void Runtime::dropRestingViews()
+{
+    for (ObjectImp*& view : m_restingViews) {
+        if (view)
+            wakeView(view);
+        view = nullptr;
+    }
 }
 
 Object Runtime::moduleView(JSObjectRef object)
 {
+    dropRestingViews();
     ObjectImp*& view = m_views[object];
     if (!view)
         view = ObjectAccess::makeModuleView(this, object);
@@ -233,6 +266,7 @@ void Runtime::mark(JSMarkerRef marker)
 void Runtime::collectGarbage()
 {
     m_script->dropDeadFrames();
+    dropRestingViews();
     JSSynchronousGarbageCollectForDebugging(m_context);
 }
 

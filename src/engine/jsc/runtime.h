@@ -123,7 +123,9 @@ public:
 
     /** Whether a call-back comes from the ordinary operation on that object; asks once. */
     bool takeBypass(const ObjectImp* object);
-    bool isBypassed(const ObjectImp* object) const { return m_bypass == object; }
+    bool isBypassed(const ObjectImp* object) const { return m_bypass == object || m_defining == object; }
+    /** Whether an own property of that object is being defined, for which script looks it up first. */
+    bool isDefining(const ObjectImp* object) const { return m_defining == object; }
     /** Whether script's look-up for the ordinary put that runs has met that object, or a prototype. */
     bool isOrdinaryPut(const ObjectImp* object, JSStringRef name, JSValueRef value) const;
     PendingLookup*& pendingLookup() { return m_lookup; }
@@ -136,7 +138,8 @@ public:
     JSObjectRef bear(ObjectImp* object);
     /** The implementation of an object: a C++ half, or the view of one of script's. */
     ObjectImp* implementation(JSObjectRef object);
-    void forgetView(JSObjectRef object) { m_views.remove(object); }
+    /** A view that nothing holds any more is kept for a while: most are wanted again at once. */
+    void restView(ObjectImp* view);
     /** Where a function of script's was declared; null for others. */
     const Rewriting::FunctionInfo* declarationOf(JSObjectRef function);
     /** A namespace object gets its own kind of view. */
@@ -183,6 +186,8 @@ private:
     Rewriting::Outcome counted(Run run);
     template <class Hook>
     void tell(Hook hook);
+    void wakeView(ObjectImp* view);
+    void dropRestingViews();
     void detachObjects();
 
     Interpreter* m_interpreter;
@@ -201,11 +206,14 @@ private:
     QHash<int, Object> m_currentObjects;
 
     QHash<JSObjectRef, ObjectImp*> m_views;
+    std::array<ObjectImp*, 64> m_restingViews = {};
+    std::size_t m_nextRest = 0;
     std::vector<ObjectImp*> m_roots;
     std::vector<ObjectImp*> m_markers; // those that override mark()
     std::set<OpaqueImp*> m_opaques;
 
     const ObjectImp* m_bypass = nullptr;
+    const ObjectImp* m_defining = nullptr;
     struct OrdinaryPut
     {
         const Identifier* name = nullptr;

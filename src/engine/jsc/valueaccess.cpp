@@ -55,7 +55,8 @@ Value ValueAccess::fromScript(Runtime& runtime, JSValueRef value)
         return Value(new StringImp(text ? toQString(text.get()) : QStringLiteral("")));
     }
     case kJSTypeObject:
-        return Value(runtime.implementation(JSValueToObject(context, value, nullptr)));
+        // of that type, it is an object's reference
+        return Value(runtime.implementation(const_cast<JSObjectRef>(value)));
     case kJSTypeSymbol:
         return Value(new OpaqueImp(&runtime, value, SymbolType));
     case kJSTypeBigInt:

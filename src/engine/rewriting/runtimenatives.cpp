@@ -3,6 +3,9 @@
 #include "engine/rewriting/errortexts.h"
 #include "engine/rewriting/scriptruntime_p.h"
 
+extern "C" void JSGlobalContextSetUnhandledRejectionCallback(JSGlobalContextRef, JSObjectRef function,
+                                                             JSValueRef* exception);
+
 namespace KJS::Rewriting {
 
 namespace {
@@ -184,6 +187,12 @@ JSValueRef place(const Call& call)
     return nullptr;
 }
 
+JSValueRef rejected(const Call& call)
+{
+    call.runtime.hooks.rejectionUnhandled(call.at(1));
+    return nullptr;
+}
+
 struct Member
 {
     const char* name;
@@ -220,6 +229,12 @@ JSObjectRef ScriptRuntime::Private::makeHost()
     add("slots", frames.makeSlotArray(context));
     add("functions", frames.makeFunctionArray(context));
     return host;
+}
+
+void ScriptRuntime::Private::watchRejections()
+{
+    JSGlobalContextSetUnhandledRejectionCallback(
+        context, JSObjectMakeFunctionWithCallback(context, nullptr, callback<rejected>), nullptr);
 }
 
 JSValueRef ScriptRuntime::Private::makeError(const QString& message)

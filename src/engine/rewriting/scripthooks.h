@@ -47,6 +47,9 @@ public:
      */
     virtual void exceptionThrown(JSValueRef /*value*/, bool /*caught*/, int /*frame*/) {}
 
+    /** After the promise jobs of a run: a rejected promise that nobody handles. */
+    virtual void rejectionUnhandled(JSValueRef /*reason*/) {}
+
     /**
      * A text gets an id, before any of it runs: scripts, modules, evals, Function constructors (whose
      * text is the whole function expression). `errorLine` is 0, or the line of its syntax error when

@@ -179,7 +179,8 @@ void ScriptRuntime::Private::armTimeLimit()
 {
     const auto ask = [](JSContextRef, void* data) {
         Private* runtime = static_cast<Private*>(data);
-        if (!runtime->shouldStop || runtime->shouldStop()) {
+        const bool mayStop = !runtime->rewriter.isBusy();
+        if (mayStop && (!runtime->shouldStop || runtime->shouldStop())) {
             runtime->isStopping = true;
             runtime->frames.word(FrameStack::PendingWord) = 1;
             return true;

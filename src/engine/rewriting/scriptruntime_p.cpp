@@ -101,6 +101,7 @@ void ScriptRuntime::Private::installPrelude()
     scopeArray = keep("E");
     noThis = keep("no");
     errorClass = keep("Error");
+    watchRejections();
 }
 
 void ScriptRuntime::Private::ensurePrefix(const QString& prefix)

@@ -55,6 +55,7 @@ public:
     // runtimenatives.cpp: what the prelude calls
 
     JSObjectRef makeHost();
+    void watchRejections();
     void exceptionThrown(JSValueRef value, int frame, bool isCaught);
     /** Line, source and author's texts of an error object. */
     void describe(JSObjectRef error, int frame);

@@ -35,6 +35,7 @@ protected:
     ~BridgeTest() override
     {
         interpreter.reset();
+        Inspector::self()->processEvents(0); // references are given back with the next exchange
         EXPECT_EQ(0, local ? local->references() : 0) << "the interpreter left references alive";
         Inspector::self()->reset();
     }
@@ -53,8 +54,11 @@ protected:
                const Protocol::Attribute& attribute = {Protocol::IndirectFlag, 1})
     {
         const Protocol::ObjectRef ref = local->addObject(className, global, attribute);
+        const QString name = QStringLiteral("{name='%1' type='%2'}").arg(QLatin1String(global), className);
+        const SharedPtr<Object> object = Inspector::self()->findObject(name);
+        EXPECT_TRUE(object) << Inspector::self()->lastError().toStdString();
         KJS::ExecState* exec = interpreter->getGlobalExecState();
-        exec->interpreter()->globalObject().put(exec, global, jsWrap(exec, application->makeObject(ref)));
+        exec->interpreter()->globalObject().put(exec, global, jsWrap(exec, object));
         return ref.id;
     }
 

@@ -66,12 +66,14 @@ protected:
             info.type.attribute.flags |= Protocol::ConstantFlag;
             text = text.mid(6);
         }
+        const auto takeIndirection = [&] {
+            if (take("*") || take("&"))
+                info.type.attribute = {info.type.attribute.flags | Protocol::IndirectFlag, 1};
+        };
+        takeIndirection();
         if (take("[]"))
             info.type.attribute.flags |= Protocol::ListFlag;
-        if (take("*") || take("&")) {
-            info.type.attribute.flags |= Protocol::IndirectFlag;
-            info.type.attribute.extra = 1;
-        }
+        takeIndirection();
         if (text == "Color") {
             info.type.enumClassId = m_enumOwner;
             info.type.enumName = text;
@@ -162,7 +164,7 @@ TEST_F(Overloads, AreChosenByScore)
         {{"Base*"}, "f(sub)", "0 Sub"},
         {{"Base*", "int"}, "f(0)", "1 int 0"},
         {{"Base*"}, "f(0)", "0 null Base"},
-        {{"Base*"}, "f('sub')", "0 Sub"},
+        {{"Base*"}, "f(\"{name='sub'}\")", "0 Sub"},
         {{"Base*"}, "f({ name: 'sub', type: 'Sub' })", "0 Sub"},
     });
 }
@@ -180,7 +182,7 @@ TEST_F(Overloads, TakeArraysAndMaps)
         {{"int[]"},
          "f(1)",
          "EvalError: No matching 'f(Number)' overload found: Following overloads are available:\n"
-         "\tO::f(QList<int>)\n"},
+         "\tO::f(int[])\n"},
         {{"int"},
          "f([1])",
          "EvalError: No matching 'f(Array)' overload found: Following overloads are available:\n"

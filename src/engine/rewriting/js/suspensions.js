@@ -43,12 +43,10 @@ passMethods({
         const {right, body} = node;
         this.transit(right, context, this.suspendText(context));
         const resume = this.resumeText(context, node.start);
-        const isBlock = body.type === 'BlockStatement';
         this.insert(body.start, `{${resume};try{`);
         this.loopBody(body, context, names);
         this.insert(body.end, `}catch(${this.e}){${resume};throw ${this.prefix}x(${this.e},${context.depth})}` +
             `finally{if(${context.depth}){${this.suspendText(context)}}}}`);
         this.insert(node.end, this.quiet(resume, context));
-        return isBlock;
     },
 });
