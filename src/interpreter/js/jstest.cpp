@@ -4,8 +4,6 @@
 #include "interpreter/js/jsscriptcontext.h"
 #include "testsupport/testfunctions.h"
 
-#include <QScopedValueRollback>
-
 #include <vector>
 
 namespace Torvix {
@@ -65,7 +63,7 @@ JsTest::~JsTest() = default;
 KJS::Value JsTest::get(KJS::ExecState* exec, const KJS::Identifier& name) const
 {
     const KJS::Value own = ObjectImp::get(exec, name);
-    if (!own.isUndefined() || m_isDefining)
+    if (!own.isUndefined())
         return own;
     const std::vector<TestFunctionRow>& table = testFunctions();
     for (std::size_t type = 0; type < table.size(); ++type) {
@@ -74,8 +72,6 @@ KJS::Value JsTest::get(KJS::ExecState* exec, const KJS::Identifier& name) const
         const KJS::Value function = new JsTestFunctionImp(int(type), table[type].length, m_result);
         jsCacheValue(this, name, function);
         // Made once: a second read finds it as an ordinary property.
-        // The engine asks for it once more while it is being defined.
-        const QScopedValueRollback<bool> defining(m_isDefining, true);
         const_cast<JsTest*>(this)->putDirect(name, function, KJS::None);
         return function;
     }

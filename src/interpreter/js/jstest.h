@@ -25,7 +25,6 @@ public:
 
 private:
     TestResult* m_result;
-    mutable bool m_isDefining = false;
 };
 
 /** One function of `test`. It has no prototype: intended. */
