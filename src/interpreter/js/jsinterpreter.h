@@ -64,10 +64,22 @@ public:
     /** The current interpreter if it is one of this language, else null. */
     static JsInterpreter* self();
 
-    /** While an object-model call is in progress, its state is on the stack: a script function that
-     *  is called back meanwhile runs on it. */
-    void pushExecState(KJS::ExecState* exec) { m_execStates.push(exec); }
-    void popExecState() { m_execStates.pop(); }
+    /** Marks the object-model call in progress: a script function that is called back meanwhile runs
+     *  on the call's state. */
+    class ExecStateScope
+    {
+    public:
+        ExecStateScope(JsInterpreter* interpreter, KJS::ExecState* exec) : m_interpreter(interpreter)
+        {
+            m_interpreter->m_execStates.push(exec);
+        }
+        ExecStateScope(const ExecStateScope&) = delete;
+        ExecStateScope& operator=(const ExecStateScope&) = delete;
+        ~ExecStateScope() { m_interpreter->m_execStates.pop(); }
+
+    private:
+        JsInterpreter* m_interpreter;
+    };
 
 private:
     /** Installs the enumerators of the application's global class as global constants. */

@@ -64,7 +64,7 @@ TEST_F(JsInterpreterTest, ErrorsNameMessageFileAndLine)
         {"throw {message: 'own', line: -1, sourceId: 0}", "own", "", 0},
         {"throw {}", "undefined", "", 0},
         {"var e = new Error('odd'); e.torvixErrorType = 'Other'; throw e", "odd", "test.js", 1},
-        {"throw {get message() { throw 1 }}", "", "", 0},
+        {"throw {get message() { throw 1 }}", "undefined", "", 0},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.code);

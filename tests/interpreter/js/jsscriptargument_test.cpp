@@ -34,8 +34,8 @@ class JsScriptArgumentTest : public ScriptTest
 protected:
     SharedPtr<ScriptArgument> value(const QString& expression)
     {
-        EXPECT_TRUE(run("(" + expression + ")")) << interpreter->errorMessage().toStdString();
-        return interpreter->lastResult();
+        EXPECT_TRUE(run("var value = (" + expression + ")")) << interpreter->errorMessage().toStdString();
+        return new JSScriptArgument(exec(), global().get(exec(), "value"));
     }
 };
 
