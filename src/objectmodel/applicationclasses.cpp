@@ -11,10 +11,8 @@ const Class* ApplicationModel::linkClass(const ClassLink& link)
     if (const Class* builtin = Inspector::self()->builtinClass(link.id))
         return builtin;
     std::unique_ptr<Class>& entry = m_classes[link.id];
-    if (!entry) {
-        const QString name = link.name.isEmpty() ? QStringLiteral("class %1").arg(link.id) : link.name;
-        entry = std::make_unique<Class>(this, link.id, name);
-    }
+    if (!entry)
+        entry = std::make_unique<Class>(this, link.id, link.name);
     if (!link.name.isEmpty())
         m_classesByName.insert(link.name, entry.get());
     return entry.get();
@@ -45,7 +43,7 @@ bool ApplicationModel::describe(const Class* described)
     adopt(reply);
     if (!described->isInitialized())
         Inspector::self()->setLastError(
-            QStringLiteral("The application does not describe the class %1").arg(described->name()));
+            QStringLiteral("The application does not describe the class %1").arg(described->id()));
     return described->isInitialized();
 }
 

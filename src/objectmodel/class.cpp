@@ -67,10 +67,16 @@ void Class::setInfo(const Protocol::ClassInfo& info) const
     m_members = std::move(members);
 }
 
+QString Class::name() const
+{
+    if (m_name.isEmpty() && !m_members)
+        m_application->describe(this);
+    return m_name.isEmpty() ? QStringLiteral("class %1").arg(m_id) : m_name;
+}
+
 QString Class::simpleName() const
 {
-    const int separator = m_name.lastIndexOf(QLatin1String("::"));
-    return separator < 0 ? m_name : m_name.mid(separator + 2);
+    return name().section(QLatin1String("::"), -1);
 }
 
 const Namespace* Class::nameSpace() const

@@ -22,9 +22,10 @@ class Namespace;
  * A class of the application, or one of the built-in types (codes 0 to 9, see Inspector::classById).
  *
  * The description is fetched from the application when a member is first asked for, once; name and
- * id are there before. Each application context has classes of its own, the built-in types are
- * shared by all. A Class lives as long as the inspector, also when its application has gone; two
- * pointers are equal if and only if the classes are the same.
+ * id are there before (a class that only an object mentioned is fetched for its name). Each application
+ * context has classes of its own, the built-in types are shared by all. A Class lives as long as the
+ * inspector, also when its application has gone; two pointers are equal if and only if the classes are the
+ * same.
  *
  * Indices of properties, methods and enumerators run over the superclasses first, in order, then
  * over the class's own; names find the nearest declaration.
@@ -48,7 +49,7 @@ public:
 
     int id() const { return m_id; }
     /** With its namespaces: `Ns::Thing`. */
-    QString name() const { return m_name; }
+    QString name() const;
     /** The last part of it: `Thing`. */
     QString simpleName() const;
     /** Null for a class outside of any; the global namespace is not used for classes. */

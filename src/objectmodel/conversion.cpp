@@ -91,7 +91,7 @@ SharedPtr<Object> Class::convertObject(const SharedPtr<Object>& object, const Cl
         return target->createNull();
     const bool sourceIndirect = object->objectAttribute().isIndirect();
     if (!canConvertTo(target, sourceIndirect, indirect, 0)) {
-        inspector->setLastError(QStringLiteral("A %1 cannot be converted to %2").arg(m_name, target->m_name));
+        inspector->setLastError(QStringLiteral("A %1 cannot be converted to %2").arg(name(), target->name()));
         return nullptr;
     }
     if (isNumber() || m_id == Protocol::BoolClass)

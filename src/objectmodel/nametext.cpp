@@ -1,5 +1,7 @@
 #include "objectmodel/nametext.h"
 
+#include <utility>
+
 namespace Torvix {
 
 namespace {
@@ -44,6 +46,11 @@ void NameText::expectEnd()
     skipSpace();
     if (m_at < m_text.size())
         fail(QStringLiteral("unexpected '%1'").arg(next()));
+}
+
+QString NameText::rest()
+{
+    return m_text.mid(std::exchange(m_at, m_text.size()));
 }
 
 QString NameText::key()

@@ -18,6 +18,8 @@ public:
     bool take(QChar wanted);
     void expect(QChar wanted);
     void expectEnd();
+    /** All that is left; then the end is reached. */
+    QString rest();
     /** A property: an identifier, or quoted. */
     QString key();
     /** A quoted text without its quotes, escapes replaced. */

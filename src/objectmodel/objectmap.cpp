@@ -25,18 +25,18 @@ struct Entry
 /** One line: 'symbolic name' = {real name}. */
 bool readEntry(const QString& line, Entry* entry, QString* error)
 {
-    const int separator = line.indexOf(QLatin1Char('{'));
-    NameText text(separator < 0 ? line : line.left(separator));
+    NameText text(line);
     text.skipSpace();
     entry->symbolicName = text.key();
     text.skipSpace();
     text.expect(QLatin1Char('='));
-    text.expectEnd();
+    text.skipSpace();
     *error = text.error();
-    if (error->isEmpty() && separator < 0)
+    const QString name = text.rest();
+    if (error->isEmpty() && !ObjectName::isRealName(name))
         *error = QStringLiteral("expected a real name in braces after '='");
     if (error->isEmpty())
-        entry->name = ObjectName::fromString(line.mid(separator), error);
+        entry->name = ObjectName::fromString(name, error);
     return error->isEmpty();
 }
 

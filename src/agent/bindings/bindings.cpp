@@ -1,0 +1,22 @@
+#include "agent/bindings/bindings.h"
+
+#include "agent/globalclass.h"
+
+namespace Torvix::Agent {
+
+void bindAll(Registry& registry)
+{
+    bindGeometry(registry);
+    bindValues(registry);
+    bindEvents(registry);
+    bindModels(registry);
+    bindItemViews(registry);
+    bindItemWidgets(registry);
+    bindWidgets(registry);
+    bindMenus(registry);
+    bindText(registry);
+    bindApplication(registry);
+    bindGlobalClass(registry);
+}
+
+} // namespace Torvix::Agent

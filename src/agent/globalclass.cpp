@@ -1,0 +1,21 @@
+#include "agent/globalclass.h"
+
+#include "agent/bind.h"
+
+#include <QApplication>
+
+namespace Torvix::Agent {
+
+template <>
+struct TypeName<GlobalFunctions>
+{
+    static QByteArray get() { return globalClassName; }
+};
+
+void bindGlobalClass(Registry& registry)
+{
+    Bind<GlobalFunctions>(registry).staticProperty(
+        "qApp", +[] { return QCoreApplication::instance(); });
+}
+
+} // namespace Torvix::Agent

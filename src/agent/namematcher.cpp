@@ -1,0 +1,367 @@
+#include "agent/namematcher.h"
+
+#include "agent/error.h"
+#include "agent/objecttree.h"
+#include "agent/value.h"
+
+#include <QLabel>
+#include <QMetaEnum>
+#include <QMetaProperty>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace Torvix::Agent {
+
+namespace {
+
+enum class Subject { Type, Name, Visible, Window, Container, Buddy, Property };
+
+Subject subjectOf(const Protocol::NameCondition& condition)
+{
+    if (condition.property == QLatin1String("type"))
+        return Subject::Type;
+    if (condition.property == QLatin1String("name") || condition.property == QLatin1String("objectName"))
+        return Subject::Name;
+    if (condition.property == QLatin1String("visible"))
+        return Subject::Visible;
+    if (condition.property == QLatin1String("window"))
+        return Subject::Window;
+    if (condition.property == QLatin1String("container"))
+        return Subject::Container;
+    if (condition.property == QLatin1String("buddy"))
+        return Subject::Buddy;
+    return Subject::Property;
+}
+
+QRegularExpression patternOf(const Protocol::NameCondition& condition)
+{
+    if (condition.match == Protocol::Match::Exact)
+        return {};
+    const QString source = condition.match == Protocol::Match::Wildcard
+                               ? QRegularExpression::wildcardToRegularExpression(condition.text)
+                               : QRegularExpression::anchoredPattern(condition.text);
+    QRegularExpression pattern(source, QRegularExpression::UseUnicodePropertiesOption |
+                                           QRegularExpression::DotMatchesEverythingOption);
+    if (!pattern.isValid())
+        throw Error(QStringLiteral("the pattern '%1' for '%2' is wrong at character %3: %4")
+                        .arg(condition.text, condition.property)
+                        .arg(pattern.patternErrorOffset())
+                        .arg(pattern.errorString()));
+    return pattern;
+}
+
+QString plainText(const QVariant& value)
+{
+    switch (value.userType()) {
+    case QMetaType::QString:
+    case QMetaType::Bool:
+        return value.toString();
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+    default:
+        return Value::ofVariant(value).toText();
+    }
+}
+
+} // namespace
+
+struct NameMatcher::Condition
+{
+    Subject subject = Subject::Property;
+    Protocol::NameCondition source;
+    QByteArray property;
+    QByteArray latinText;
+    QRegularExpression pattern;
+    std::unique_ptr<NameMatcher> nested;
+    bool wantsVisible = true;
+    /** What the class of an object decides: whether `type` holds, and where the property is. */
+    QHash<const QMetaObject*, int> byClass;
+    const QMetaObject* lastClass = nullptr;
+    int lastFact = -1;
+    /** What is known about windows, ancestors and buddies. */
+    QHash<QObject*, bool> known;
+    QSet<QObject*> buddies;
+    bool haveBuddies = false;
+
+    bool textHolds(const QString& text) const
+    {
+        return source.match == Protocol::Match::Exact ? text == source.text : pattern.match(text).hasMatch();
+    }
+
+    template <class Find>
+    int fact(const QMetaObject* meta, Find find)
+    {
+        if (meta == lastClass)
+            return lastFact;
+        auto at = byClass.find(meta);
+        if (at == byClass.end())
+            at = byClass.insert(meta, find());
+        lastClass = meta;
+        lastFact = *at;
+        return lastFact;
+    }
+};
+
+NameMatcher::NameMatcher(const Protocol::NameConditions& conditions) : m_source(conditions)
+{
+    for (const Protocol::NameCondition& source : conditions) {
+        if (source.property == QLatin1String("occurrence")) {
+            m_occurrence = qMax(1, source.text.toInt());
+            continue;
+        }
+        auto condition = std::make_unique<Condition>();
+        condition->subject = subjectOf(source);
+        condition->source = source;
+        condition->property = source.property.toUtf8();
+        condition->latinText = source.text.toUtf8();
+        const bool mayNest = condition->subject == Subject::Window ||
+                             condition->subject == Subject::Container || condition->subject == Subject::Buddy;
+        if (mayNest != source.isNested)
+            throw Error(mayNest
+                            ? QStringLiteral("'%1' needs the name of an object").arg(source.property)
+                            : QStringLiteral("'%1' cannot be the name of an object").arg(source.property));
+        if (source.isNested)
+            condition->nested = std::make_unique<NameMatcher>(source.nested);
+        else
+            condition->pattern = patternOf(source);
+        condition->wantsVisible = source.text != QLatin1String("false") && source.text != QLatin1String("0");
+        m_conditions.push_back(std::move(condition));
+    }
+    // The cheap ones first: they decide for most objects.
+    std::stable_sort(m_conditions.begin(), m_conditions.end(),
+                     [](const auto& a, const auto& b) { return a->subject < b->subject; });
+}
+
+NameMatcher::~NameMatcher() = default;
+
+static int enumMatches(const QMetaProperty& property, int value, const QString& text)
+{
+    const QByteArray keys = property.isFlagType() ? property.enumerator().valueToKeys(value)
+                                                  : QByteArray(property.enumerator().valueToKey(value));
+    return text == QString::fromLatin1(keys) || text == QString::number(value);
+}
+
+bool NameMatcher::propertyHolds(Condition& condition, QObject* object)
+{
+    const QMetaObject* meta = object->metaObject();
+    const int index = condition.fact(meta, [&] { return meta->indexOfProperty(condition.property); });
+    if (index < 0) {
+        const QVariant dynamic = object->property(condition.property);
+        return dynamic.isValid() && condition.textHolds(plainText(dynamic));
+    }
+    const QMetaProperty property = meta->property(index);
+    const QVariant value = property.read(object);
+    if (property.isEnumType() && condition.source.match == Protocol::Match::Exact)
+        return enumMatches(property, value.toInt(), condition.source.text);
+    if (value.userType() == QMetaType::QString && condition.source.match == Protocol::Match::Exact)
+        return *static_cast<const QString*>(value.constData()) == condition.source.text;
+    return value.isValid() && condition.textHolds(plainText(value));
+}
+
+bool NameMatcher::ancestorHolds(Condition& condition, QObject* object)
+{
+    QObject* parent = object->parent();
+    if (!parent)
+        return false;
+    const auto known = condition.known.constFind(parent);
+    if (known != condition.known.constEnd())
+        return *known;
+    const bool holds = condition.nested->matches(parent) || ancestorHolds(condition, parent);
+    condition.known.insert(parent, holds);
+    return holds;
+}
+
+bool NameMatcher::windowHolds(Condition& condition, QObject* object)
+{
+    QWidget* window = windowOf(object);
+    if (!window)
+        return false;
+    const auto known = condition.known.constFind(window);
+    if (known != condition.known.constEnd())
+        return *known;
+    const bool holds = condition.nested->matches(window);
+    condition.known.insert(window, holds);
+    return holds;
+}
+
+bool NameMatcher::buddyHolds(Condition& condition, QObject* object)
+{
+    if (!condition.haveBuddies) {
+        condition.haveBuddies = true;
+        visitAll([&](QObject* at) {
+            const auto* label = qobject_cast<const QLabel*>(at);
+            if (label && label->buddy() && condition.nested->matches(at))
+                condition.buddies.insert(label->buddy());
+            return true;
+        });
+    }
+    return condition.buddies.contains(object);
+}
+
+bool NameMatcher::holds(Condition& condition, QObject* object)
+{
+    switch (condition.subject) {
+    case Subject::Type: {
+        const QMetaObject* meta = object->metaObject();
+        return condition.fact(meta, [&] {
+            return condition.source.match == Protocol::Match::Exact
+                       ? condition.latinText == meta->className()
+                       : condition.textHolds(QString::fromLatin1(meta->className()));
+        }) == 1;
+    }
+    case Subject::Name:
+        return condition.textHolds(object->objectName());
+    case Subject::Visible:
+        return isVisible(object) == condition.wantsVisible;
+    case Subject::Window:
+        return windowHolds(condition, object);
+    case Subject::Container:
+        return ancestorHolds(condition, object);
+    case Subject::Buddy:
+        return buddyHolds(condition, object);
+    case Subject::Property:
+        return propertyHolds(condition, object);
+    }
+    return false;
+}
+
+bool NameMatcher::matches(QObject* object)
+{
+    const bool all = std::all_of(m_conditions.begin(), m_conditions.end(),
+                                 [&](const auto& condition) { return holds(*condition, object); });
+    // A nested name with an occurrence means that one object only.
+    return all && (m_occurrence <= 1 || findFirst() == object);
+}
+
+QObject* NameMatcher::findFirst()
+{
+    const QVector<QObject*> found = findAll(1);
+    return found.isEmpty() ? nullptr : found.first();
+}
+
+QVector<QObject*> NameMatcher::findAll(int limit)
+{
+    QVector<QObject*> found;
+    int left = m_occurrence;
+    visitAll([&](QObject* object) {
+        const bool all = std::all_of(m_conditions.begin(), m_conditions.end(),
+                                     [&](const auto& condition) { return holds(*condition, object); });
+        if (!all || --left > 0)
+            return true;
+        found.append(object);
+        return m_occurrence == 0 && (limit == 0 || found.size() < limit);
+    });
+    return found;
+}
+
+QString NameMatcher::difference(Condition& condition, QObject* object)
+{
+    const QString& wanted = condition.source.text;
+    QString actual;
+    switch (condition.subject) {
+    case Subject::Type:
+        actual = QString::fromLatin1(object->metaObject()->className());
+        break;
+    case Subject::Name:
+        actual = object->objectName();
+        break;
+    case Subject::Visible:
+        actual = isVisible(object) ? QStringLiteral("true") : QStringLiteral("false");
+        break;
+    case Subject::Property:
+        actual = propertyText(object, condition.property);
+        if (actual.isNull())
+            return QStringLiteral("it has no property '%1'").arg(condition.source.property);
+        break;
+    default:
+        return QStringLiteral("its '%1' is not %2")
+            .arg(condition.source.property, toText(condition.source.nested));
+    }
+    const QString sign = condition.source.match == Protocol::Match::Exact ? QStringLiteral("not")
+                         : condition.source.match == Protocol::Match::Wildcard
+                             ? QStringLiteral("which does not match the wildcard")
+                             : QStringLiteral("which does not match the regular expression");
+    return QStringLiteral("its '%1' is '%2', %3 '%4'").arg(condition.source.property, actual, sign, wanted);
+}
+
+QString NameMatcher::nearestMiss()
+{
+    QObject* nearest = nullptr;
+    int best = 0;
+    int fitting = 0;
+    visitAll([&](QObject* object) {
+        int score = 0;
+        bool all = true;
+        for (const auto& condition : m_conditions) {
+            const bool good = holds(*condition, object);
+            all = all && good;
+            // Class and name say most about which object was meant.
+            score += !good ? 0 : condition->subject <= Subject::Name ? 3 : 2;
+        }
+        fitting += all ? 1 : 0;
+        if (!all && score > best) {
+            best = score;
+            nearest = object;
+        }
+        return true;
+    });
+    const QString name = toText(m_source);
+    if (fitting > 0)
+        return QStringLiteral("Object %1 not found: only %2 of these exist.").arg(name).arg(fitting);
+    if (!nearest)
+        return QStringLiteral("Object %1 not found: nothing comes near it.").arg(name);
+    QStringList differences;
+    for (const auto& condition : m_conditions)
+        if (!holds(*condition, nearest))
+            differences.append(difference(*condition, nearest));
+    return QStringLiteral("Object %1 not found. The closest is %2: %3.")
+        .arg(name, describeObject(nearest), differences.join(QStringLiteral("; ")));
+}
+
+QString NameMatcher::toText(const Protocol::NameConditions& conditions)
+{
+    QStringList parts;
+    for (const Protocol::NameCondition& condition : conditions) {
+        const QString sign = condition.isNested || condition.match == Protocol::Match::Exact
+                                 ? QStringLiteral("=")
+                             : condition.match == Protocol::Match::Wildcard ? QStringLiteral("?=")
+                                                                            : QStringLiteral("~=");
+        const QString value = condition.isNested ? toText(condition.nested)
+                                                 : QLatin1Char('\'') + condition.text + QLatin1Char('\'');
+        parts.append(condition.property + sign + value);
+    }
+    return QLatin1Char('{') + parts.join(QLatin1Char(' ')) + QLatin1Char('}');
+}
+
+QString describeObject(const QObject* object)
+{
+    QString text = QString::fromLatin1(object->metaObject()->className());
+    if (!object->objectName().isEmpty())
+        return text + QStringLiteral(" '%1'").arg(object->objectName());
+    for (const char* property : {"text", "title", "windowTitle"}) {
+        const QString value = object->property(property).toString();
+        if (!value.isEmpty())
+            return text + QStringLiteral(" with %1 '%2'").arg(QString::fromLatin1(property), value.left(60));
+    }
+    return text;
+}
+
+QString propertyText(QObject* object, const QByteArray& property)
+{
+    const QVariant value = object->property(property);
+    if (!value.isValid())
+        return {};
+    const int index = object->metaObject()->indexOfProperty(property);
+    if (index >= 0 && object->metaObject()->property(index).isEnumType()) {
+        const QMetaProperty metaProperty = object->metaObject()->property(index);
+        const char* key = metaProperty.enumerator().valueToKey(value.toInt());
+        if (key)
+            return QString::fromLatin1(key);
+    }
+    const QString text = plainText(value);
+    return text.isNull() ? QStringLiteral("") : text;
+}
+
+} // namespace Torvix::Agent

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace Torvix::Agent {
+
+class Dispatcher;
+
+/** The handlers of the protocol's requests, by field; registerRequests() calls them all. */
+void registerClassRequests(Dispatcher& dispatcher);
+void registerMemberRequests(Dispatcher& dispatcher);
+void registerTreeRequests(Dispatcher& dispatcher);
+
+} // namespace Torvix::Agent

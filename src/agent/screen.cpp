@@ -1,0 +1,205 @@
+#include "agent/screen.h"
+
+#include "agent/error.h"
+#include "agent/namematcher.h"
+#include "agent/objecttree.h"
+
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QBuffer>
+#include <QLayout>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QScreen>
+#include <QTableWidget>
+#include <QTimer>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QWindow>
+
+namespace Torvix::Agent {
+
+namespace {
+
+[[noreturn]] void throwNoPlace(const Value& target)
+{
+    throw Error(QStringLiteral("%1 has no place on the screen").arg(target.toText()));
+}
+
+/** Menus, menu bars and tool bars show an action; the visible one counts. */
+QWidget* widgetOfAction(QAction* action, QRect* part)
+{
+    for (QWidget* widget : action->associatedWidgets()) {
+        if (!widget->isVisible())
+            continue;
+        if (auto* menu = qobject_cast<QMenu*>(widget))
+            *part = menu->actionGeometry(action);
+        else if (auto* bar = qobject_cast<QMenuBar*>(widget))
+            *part = bar->actionGeometry(action);
+        else if (auto* tools = qobject_cast<QToolBar*>(widget)) {
+            QWidget* button = tools->widgetForAction(action);
+            *part = button ? button->geometry() : QRect();
+        } else
+            *part = widget->rect();
+        return widget;
+    }
+    return nullptr;
+}
+
+QAbstractItemView* viewOf(const QModelIndex& index)
+{
+    QAbstractItemView* found = nullptr;
+    for (QWidget* widget : QApplication::allWidgets()) {
+        auto* view = qobject_cast<QAbstractItemView*>(widget);
+        if (view && view->model() == index.model() && (!found || view->isVisible()))
+            found = view;
+    }
+    return found;
+}
+
+QWidget* viewportOf(QAbstractItemView* view, const QRect& rect, QRect* part)
+{
+    if (!view)
+        return nullptr;
+    *part = rect;
+    return view->viewport();
+}
+
+QWidget* widgetOfItem(const Value& target, QRect* part)
+{
+    void* address = target.address();
+    if (target.typeName == "QTableWidgetItem") {
+        auto* item = static_cast<QTableWidgetItem*>(address);
+        QTableWidget* table = item->tableWidget();
+        return table ? viewportOf(table, table->visualItemRect(item), part) : nullptr;
+    }
+    if (target.typeName == "QListWidgetItem") {
+        auto* item = static_cast<QListWidgetItem*>(address);
+        QListWidget* list = item->listWidget();
+        return list ? viewportOf(list, list->visualItemRect(item), part) : nullptr;
+    }
+    if (target.typeName == "QTreeWidgetItem") {
+        auto* item = static_cast<QTreeWidgetItem*>(address);
+        QTreeWidget* tree = item->treeWidget();
+        return tree ? viewportOf(tree, tree->visualItemRect(item), part) : nullptr;
+    }
+    return nullptr;
+}
+
+QImage grab(QWidget* widget, const QRect& part)
+{
+    return widget->grab(part).toImage();
+}
+
+QByteArray toPng(const QImage& image)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (image.isNull() || !image.save(&buffer, "PNG"))
+        throw Error(QStringLiteral("the picture could not be taken"));
+    return bytes;
+}
+
+QImage screenImage()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QRect area = screen ? screen->geometry() : QRect(0, 0, 1, 1);
+    QImage image(area.size(), QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    // Composed from the windows, since not every platform lets a program see the screen.
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible())
+            painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
+    return image;
+}
+
+/** A red frame over a widget that lets all input through. */
+class Frame : public QWidget
+{
+public:
+    Frame(QWidget* over, const QRect& part, int durationMs) : QWidget(over)
+    {
+        setObjectName(QStringLiteral("torvix_highlight"));
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFocusPolicy(Qt::NoFocus);
+        setGeometry(part);
+        show();
+        raise();
+        QTimer::singleShot(durationMs, this, &QObject::deleteLater);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.setPen(QPen(Qt::red, 4));
+        painter.drawRect(rect().adjusted(1, 1, -2, -2));
+    }
+};
+
+} // namespace
+
+QWidget* widgetOf(const Value& target, QRect* part)
+{
+    QWidget* widget = nullptr;
+    QObject* object = target.object();
+    if (object && object->isWidgetType()) {
+        widget = static_cast<QWidget*>(object);
+        *part = widget->rect();
+    } else if (auto* action = qobject_cast<QAction*>(object)) {
+        widget = widgetOfAction(action, part);
+    } else if (auto* layout = qobject_cast<QLayout*>(object)) {
+        widget = layout->parentWidget();
+        *part = layout->geometry();
+    } else if (target.typeName == "QModelIndex") {
+        const QModelIndex index = target.data.toModelIndex();
+        QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
+        widget = view ? viewportOf(view, view->visualRect(index), part) : nullptr;
+    } else if (target.isPointer()) {
+        widget = widgetOfItem(target, part);
+    }
+    if (!widget)
+        throwNoPlace(target);
+    return widget;
+}
+
+QRect globalBounds(const Value& target)
+{
+    if (const auto* window = qobject_cast<QWindow*>(target.object()))
+        return {window->mapToGlobal(QPoint(0, 0)), window->size()};
+    QRect part;
+    const QWidget* widget = widgetOf(target, &part);
+    return {widget->mapToGlobal(part.topLeft()), part.size()};
+}
+
+QObject* objectAt(const QPoint& globalPosition)
+{
+    if (QWidget* widget = QApplication::widgetAt(globalPosition))
+        return widget;
+    return QGuiApplication::topLevelAt(globalPosition);
+}
+
+QByteArray screenshot(const Value& target, Protocol::ScreenshotArea area)
+{
+    if (area == Protocol::ScreenshotArea::Screen)
+        return toPng(screenImage());
+    QRect part;
+    QWidget* widget = widgetOf(target, &part);
+    if (area == Protocol::ScreenshotArea::Window)
+        return toPng(grab(widget->window(), widget->window()->rect()));
+    return toPng(grab(widget, part));
+}
+
+void highlight(const Value& target, int durationMs)
+{
+    QRect part;
+    QWidget* widget = widgetOf(target, &part);
+    new Frame(widget, part, qBound(50, durationMs, 60000));
+}
+
+} // namespace Torvix::Agent

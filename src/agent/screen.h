@@ -1,0 +1,27 @@
+#pragma once
+
+#include "agent/value.h"
+#include "protocol/messages.h"
+
+#include <QRect>
+
+class QWidget;
+
+namespace Torvix::Agent {
+
+/** Position and size on the screen in device-independent pixels. Throws for what has none. */
+QRect globalBounds(const Value& target);
+
+/** The widget that shows `target` and the part of it, for a widget all of it. Throws when there is none. */
+QWidget* widgetOf(const Value& target, QRect* part);
+
+/** The topmost visible widget or window at a global position, null when there is none. */
+QObject* objectAt(const QPoint& globalPosition);
+
+/** A PNG file. Throws for what has no place on the screen. */
+QByteArray screenshot(const Value& target, Protocol::ScreenshotArea area);
+
+/** Draws a frame around `target` for a while. */
+void highlight(const Value& target, int durationMs);
+
+} // namespace Torvix::Agent

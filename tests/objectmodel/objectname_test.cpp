@@ -1,0 +1,113 @@
+#include "objectmodel/objectmap.h"
+#include "objectmodel/objectname.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Torvix;
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+TEST(ObjectName, ReadsAndWritesTheTextForm)
+{
+    const struct
+    {
+        const char* written;
+        const char* canonical;
+    } cases[] = {
+        {"{}", "{}"},
+        {" { type = 'QPushButton' , text='OK' } ", "{type='QPushButton' text='OK'}"},
+        {"{visible=true name=\"it's\" occurrence=2}", "{name='it\\'s' occurrence=2 visible=true}"},
+        {"{text*='Sa?e*' title~='\\\\d+'}", "{text*='Sa?e*' title~='\\\\d+'}"},
+        {"{window={type='QDialog' window='Main'} x=-1.5}", "{window={type='QDialog' window='Main'} x=-1.5}"},
+        {"{'odd key'='a\\nb\\t\\u{7}\\u{1f642}'}", "{'odd key'='a\\nb\\t\\u{7}\xf0\x9f\x99\x82'}"},
+        {"{text=''}", "{text=''}"},
+        {"{text='{}'}", "{text='{}'}"},
+    };
+    for (const auto& entry : cases) {
+        QString error;
+        const ObjectName name = ObjectName::fromString(text(entry.written), &error);
+        EXPECT_EQ(QString(), error) << entry.written;
+        EXPECT_EQ(text(entry.canonical), name.toString());
+        EXPECT_EQ(name, ObjectName::fromString(name.toString(), &error)) << entry.written;
+    }
+}
+
+TEST(ObjectName, AnyTextSurvives)
+{
+    QString all;
+    for (ushort c = 1; c < 0x2100; ++c)
+        all += QChar(c);
+    ObjectName name;
+    name.set(all, PropertyValue(all, PropertyValue::Wildcard));
+    QString error;
+    EXPECT_EQ(name, ObjectName::fromString(name.toString(), &error));
+    EXPECT_EQ(QString(), error);
+    EXPECT_FALSE(name.toString().contains(QLatin1Char('\n'))) << "an entry of the map is one line";
+}
+
+TEST(ObjectName, SaysWhatIsWrongAndWhere)
+{
+    const struct
+    {
+        const char* written;
+        const char* error;
+    } cases[] = {
+        {"{type='A'", "expected '}' at column 10"},
+        {"{type='A", "the closing quote is missing at column 7"},
+        {"{type 'A'}", "expected '=' at column 7"},
+        {"{type=A}", "the value A needs quotes at column 8"},
+        {"{type=}", "a value is missing at column 7"},
+        {"{a='1' a='2'}", "'a' is there twice at column 9"},
+        {"{a='1'} x", "unexpected 'x' at column 9"},
+        {"{a='\\q'}", "unknown escape '\\q' at column 7"},
+        {"{a='\\u{110000}'}", "'\\u{...}' needs a code point"},
+        {"{a~={b='1'}}", "another object's name goes with '=' only at column 5"},
+        {"type='A'", "expected '{' at column 1"},
+        {"", "expected '{' at column 1"},
+    };
+    for (const auto& entry : cases) {
+        QString error;
+        EXPECT_TRUE(ObjectName::fromString(text(entry.written), &error).isEmpty());
+        EXPECT_TRUE(error.startsWith(text(entry.error))) << entry.written << ": " << qPrintable(error);
+    }
+    QString error;
+    ObjectName::fromString(QString(100, QLatin1Char('{')).replace(text("{"), text("{a=")), &error);
+    EXPECT_TRUE(error.contains(text("nested too deeply"))) << qPrintable(error);
+}
+
+TEST(ObjectName, BecomesConditionsWithSymbolicNamesResolved)
+{
+    ObjectMap map;
+    QString error;
+    map.insert(text("Main"), ObjectName::fromString(text("{type='QMainWindow'}"), &error));
+    map.insert(text("Loop"), ObjectName::fromString(text("{window='Loop2'}"), &error));
+    map.insert(text("Loop2"), ObjectName::fromString(text("{container='Loop'}"), &error));
+    const auto conditions = [&](const char* written, Protocol::NameConditions* result) {
+        QString problem;
+        ObjectName::fromString(text(written), &error).toConditions(&map, result, &problem);
+        return problem;
+    };
+    Protocol::NameConditions result;
+    EXPECT_EQ(QString(), conditions("{text~='a.c' window='Main' occurrence=2 x*='?'}", &result));
+    ASSERT_EQ(4, result.size());
+    EXPECT_EQ(text("occurrence"), result[0].property);
+    EXPECT_EQ(text("2"), result[0].text);
+    EXPECT_EQ(Protocol::Match::RegularExpression, result[1].match);
+    ASSERT_TRUE(result[2].isNested);
+    EXPECT_EQ(text("QMainWindow"), result[2].nested[0].text);
+    EXPECT_EQ(Protocol::Match::Wildcard, result[3].match);
+    EXPECT_EQ(text("{occurrence=2 text~='a.c' window={type='QMainWindow'} x*='?'}"),
+              ObjectName::fromConditions(result).toString());
+
+    EXPECT_TRUE(
+        conditions("{window='Nobody'}", &result).contains(text("'Nobody' (window) is not a symbolic name")));
+    EXPECT_TRUE(conditions("{window='Loop'}", &result).contains(text("contains itself")));
+    EXPECT_TRUE(conditions("{text~='('}", &result).contains(text("not valid")));
+}
+
+} // namespace
