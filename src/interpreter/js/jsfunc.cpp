@@ -15,23 +15,6 @@ using namespace Torvix;
 
 namespace {
 
-/** While a call waits for the application, script functions that it calls back run on its state. */
-class ExecStateOnStack
-{
-public:
-    explicit ExecStateOnStack(KJS::ExecState* exec)
-        : m_interpreter(static_cast<JsInterpreter*>(Interpreter::self()))
-    {
-        m_interpreter->pushExecState(exec);
-    }
-    ~ExecStateOnStack() { m_interpreter->popExecState(); }
-    ExecStateOnStack(const ExecStateOnStack&) = delete;
-    ExecStateOnStack& operator=(const ExecStateOnStack&) = delete;
-
-private:
-    JsInterpreter* m_interpreter;
-};
-
 void logDeprecationWarning(const Method& method, const QString& signature)
 {
     qWarning("%s%s is deprecated: %s", qUtf8Printable(method.name()), qUtf8Printable(signature),
@@ -98,8 +81,9 @@ KJS::Value JsFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::L
         return argError(exec, KJS::GeneralError,
                         QStringLiteral("Cannot call function or method, class not found."));
     const SharedPtr<Object> target = jsUnWrap(exec, thisObj);
-    const ExecStateOnStack state(exec);
-    const RemoteObjectModelHolder access(Interpreter::self()->runnerInterface());
+    auto* interpreter = static_cast<JsInterpreter*>(Interpreter::self());
+    const JsInterpreter::ExecStateScope state(interpreter, exec);
+    const RemoteObjectModelHolder access(interpreter->runnerInterface());
     return callOverload(exec, cls, cls->methods(m_name), target, args);
 }
 
