@@ -163,6 +163,18 @@ public:
         return *this;
     }
 
+    /** A read-only property that C++ does not have as such. */
+    template <class R>
+    Bind& propertyOf(const char* name, R (*getter)(C&))
+    {
+        PropertyInfo info;
+        info.name = name;
+        info.type = typeUse<Plain<R>>();
+        info.get = [getter](Value& self) { return toValue<Plain<R>>(getter(Self<C>::get(self))); };
+        m_class.properties.push_back(std::move(info));
+        return *this;
+    }
+
     /** A static property: one value for the class. */
     template <class R>
     Bind& staticProperty(const char* name, R (*getter)())
@@ -186,6 +198,23 @@ public:
         info.isStatic = true;
         info.invoke = [](Value&, const std::vector<Value>& given) {
             return apply<Value, A...>([](auto&&... values) { return make(values...); }, given,
+                                      std::index_sequence_for<A...>());
+        };
+        addOverloads(m_class.constructors, info, defaultValues);
+        return *this;
+    }
+
+    /** A constructor with other arguments than C++ has, for an event. */
+    template <class... A>
+    Bind& factory(C (*create)(A...), const char* names = "", const std::vector<Value>& defaultValues = {})
+    {
+        MethodInfo info;
+        info.name = m_class.name;
+        info.arguments = argumentInfos<A...>(names);
+        info.result.name = m_class.name;
+        info.isStatic = true;
+        info.invoke = [create](Value&, const std::vector<Value>& given) {
+            return apply<Value, A...>([create](auto&&... values) { return make(create(values...)); }, given,
                                       std::index_sequence_for<A...>());
         };
         addOverloads(m_class.constructors, info, defaultValues);

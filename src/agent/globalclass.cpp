@@ -1,5 +1,6 @@
 #include "agent/globalclass.h"
 
+#include "agent/actions.h"
 #include "agent/bind.h"
 
 #include <QApplication>
@@ -16,6 +17,7 @@ void bindGlobalClass(Registry& registry)
 {
     Bind<GlobalFunctions>(registry).staticProperty(
         "qApp", +[] { return QCoreApplication::instance(); });
+    bindActions(registry);
 }
 
 } // namespace Torvix::Agent

@@ -1,6 +1,8 @@
 #include "agent/conversions.h"
 #include "agent/dispatcher.h"
 #include "agent/error.h"
+#include "agent/inputqueue.h"
+#include "agent/inputrequests.h"
 #include "agent/registry.h"
 #include "agent/requests.h"
 #include "agent/runningcalls.h"
@@ -99,9 +101,15 @@ void callMethod(Session& session, const CallMethod& request, Responder& responde
     Value self = selfOf(session, request.object);
     const std::vector<Value> arguments = argumentsOf(session, request.arguments, method);
     const RunningCall running(responder, returnsNothing(method) ? noValue() : QByteArray());
+    const quint64 inputBefore = InputQueue::instance().posted();
     const Value result = method.invoke(self, arguments);
     keepChange(session, request.object, self);
-    responder.reply(encode(ValueReply{toWire(result, session.objects())}));
+    const QByteArray body = encode(ValueReply{toWire(result, session.objects())});
+    // An action is answered when the application has had its input.
+    if (InputQueue::instance().posted() != inputBefore)
+        replyAfterInput(responder, body);
+    else
+        responder.reply(body);
 }
 
 ValueReply construct(Session& session, const Construct& request)

@@ -18,13 +18,16 @@ QString text(const QByteArray& bytes)
     return QString::fromUtf8(bytes);
 }
 
-/** The object of a call; throws when it is null or was destroyed. */
-QObject* target(const Value& self, const QByteArray& member)
+/** The object of a call; throws when it is null, was destroyed or is not of the member's class. */
+QObject* target(const Value& self, const QMetaObject* meta, const QByteArray& member)
 {
-    if (QObject* object = self.object())
-        return object;
-    throw Error(
-        QStringLiteral("'%1' needs an object, but it is null or has been destroyed").arg(text(member)));
+    QObject* object = self.object();
+    if (!object)
+        throw Error(
+            QStringLiteral("'%1' needs an object, but it is null or has been destroyed").arg(text(member)));
+    if (!meta->cast(object))
+        throwWrongType(self, meta->className());
+    return object;
 }
 
 /** Enums of meta-objects are named with their class: "Shape" of QFrame is "QFrame::Shape". */
@@ -83,7 +86,8 @@ MethodInfo methodInfo(const QMetaObject* meta, const QMetaMethod& method)
     info.result = typeIn(meta, method.typeName());
     info.isSignal = method.methodType() == QMetaMethod::Signal;
     info.invoke = [method, described = info](Value& self, const std::vector<Value>& arguments) {
-        return invokeMethod(method, described, target(self, method.name()), arguments);
+        return invokeMethod(method, described, target(self, method.enclosingMetaObject(), method.name()),
+                            arguments);
     };
     return info;
 }
@@ -96,9 +100,11 @@ PropertyInfo propertyInfo(const QMetaObject* meta, const QMetaProperty& property
     info.type.isEnum = info.type.isEnum || property.isEnumType();
     info.isReadable = property.isReadable();
     info.isWritable = property.isWritable();
-    info.get = [property](Value& self) { return readProperty(property, target(self, property.name())); };
+    info.get = [property](Value& self) {
+        return readProperty(property, target(self, property.enclosingMetaObject(), property.name()));
+    };
     info.set = [property](Value& self, const Value& value) {
-        writeProperty(property, target(self, property.name()), value);
+        writeProperty(property, target(self, property.enclosingMetaObject(), property.name()), value);
     };
     return info;
 }

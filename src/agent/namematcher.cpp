@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <optional>
 
 namespace Torvix::Agent {
 
@@ -76,6 +77,9 @@ struct NameMatcher::Condition
     QRegularExpression pattern;
     std::unique_ptr<NameMatcher> nested;
     bool wantsVisible = true;
+    /** The text as a number or a truth value, where it is the plain form of one. */
+    std::optional<int> number;
+    std::optional<bool> truth;
     /** What the class of an object decides: whether `type` holds, and where the property is. */
     QHash<const QMetaObject*, int> byClass;
     const QMetaObject* lastClass = nullptr;
@@ -126,6 +130,11 @@ NameMatcher::NameMatcher(const Protocol::NameConditions& conditions) : m_source(
             condition->nested = std::make_unique<NameMatcher>(source.nested);
         else
             condition->pattern = patternOf(source);
+        if (source.match == Protocol::Match::Exact && QString::number(source.text.toInt()) == source.text)
+            condition->number = source.text.toInt();
+        if (source.match == Protocol::Match::Exact &&
+            (source.text == QLatin1String("true") || source.text == QLatin1String("false")))
+            condition->truth = source.text == QLatin1String("true");
         condition->wantsVisible = source.text != QLatin1String("false") && source.text != QLatin1String("0");
         m_conditions.push_back(std::move(condition));
     }
@@ -136,7 +145,7 @@ NameMatcher::NameMatcher(const Protocol::NameConditions& conditions) : m_source(
 
 NameMatcher::~NameMatcher() = default;
 
-static int enumMatches(const QMetaProperty& property, int value, const QString& text)
+static bool enumMatches(const QMetaProperty& property, int value, const QString& text)
 {
     const QByteArray keys = property.isFlagType() ? property.enumerator().valueToKeys(value)
                                                   : QByteArray(property.enumerator().valueToKey(value));
@@ -157,6 +166,11 @@ bool NameMatcher::propertyHolds(Condition& condition, QObject* object)
         return enumMatches(property, value.toInt(), condition.source.text);
     if (value.userType() == QMetaType::QString && condition.source.match == Protocol::Match::Exact)
         return *static_cast<const QString*>(value.constData()) == condition.source.text;
+    // Without a text for each of a hundred thousand objects.
+    if (value.userType() == QMetaType::Int && condition.number)
+        return value.toInt() == *condition.number;
+    if (value.userType() == QMetaType::Bool && condition.truth)
+        return value.toBool() == *condition.truth;
     return value.isValid() && condition.textHolds(plainText(value));
 }
 
@@ -326,7 +340,7 @@ QString NameMatcher::toText(const Protocol::NameConditions& conditions)
     for (const Protocol::NameCondition& condition : conditions) {
         const QString sign = condition.isNested || condition.match == Protocol::Match::Exact
                                  ? QStringLiteral("=")
-                             : condition.match == Protocol::Match::Wildcard ? QStringLiteral("?=")
+                             : condition.match == Protocol::Match::Wildcard ? QStringLiteral("*=")
                                                                             : QStringLiteral("~=");
         const QString value = condition.isNested ? toText(condition.nested)
                                                  : QLatin1Char('\'') + condition.text + QLatin1Char('\'');

@@ -17,6 +17,9 @@ void registerRequests(Dispatcher& dispatcher)
     registerClassRequests(dispatcher);
     registerMemberRequests(dispatcher);
     registerTreeRequests(dispatcher);
+    registerInputRequests(dispatcher);
+    registerWaitRequests(dispatcher);
+    registerEventRequests(dispatcher);
 }
 
 } // namespace Torvix::Agent

@@ -8,5 +8,8 @@ class Dispatcher;
 void registerClassRequests(Dispatcher& dispatcher);
 void registerMemberRequests(Dispatcher& dispatcher);
 void registerTreeRequests(Dispatcher& dispatcher);
+void registerInputRequests(Dispatcher& dispatcher);
+void registerWaitRequests(Dispatcher& dispatcher);
+void registerEventRequests(Dispatcher& dispatcher);
 
 } // namespace Torvix::Agent

@@ -1,6 +1,7 @@
 #include "agent/screen.h"
 
 #include "agent/error.h"
+#include "agent/items.h"
 #include "agent/namematcher.h"
 #include "agent/objecttree.h"
 
@@ -156,6 +157,10 @@ QWidget* widgetOf(const Value& target, QRect* part)
     } else if (auto* layout = qobject_cast<QLayout*>(object)) {
         widget = layout->parentWidget();
         *part = layout->geometry();
+    } else if (target.typeName == "TabItem") {
+        const auto tab = target.data.value<TabItem>();
+        widget = tab.bar;
+        *part = widget ? tab.bar->tabRect(tab.index) : QRect();
     } else if (target.typeName == "QModelIndex") {
         const QModelIndex index = target.data.toModelIndex();
         QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;

@@ -5,6 +5,16 @@
 
 namespace KJS {
 
+namespace {
+
+/** Program, module and eval code have names in parentheses. */
+bool isFunction(const Rewriting::FunctionInfo* info)
+{
+    return info && !info->name.startsWith('(');
+}
+
+} // namespace
+
 int Context::curStmtFirstLine() const
 {
     return isNull() ? -1 : Runtime::of(m_interpreter)->lineOf(m_frame);
@@ -19,7 +29,7 @@ UString Context::functionName() const
 {
     const Rewriting::FunctionInfo* const function =
         isNull() ? nullptr : Runtime::of(m_interpreter)->script().function(m_frame);
-    return function && !function->name.isEmpty() ? UString(function->name) : UString();
+    return isFunction(function) && !function->name.isEmpty() ? UString(function->name) : UString();
 }
 
 Object Context::getThisBinding(ExecState* exec) const
@@ -42,7 +52,8 @@ Object Context::variableObject() const
     if (isNull())
         return Object();
     Runtime& runtime = *Runtime::of(m_interpreter);
-    if (m_frame == 1 && runtime.script().function(m_frame) == nullptr)
+    const Rewriting::FunctionInfo* const code = runtime.script().function(m_frame);
+    if (!code || code->name == QLatin1String("(program)"))
         return runtime.global();
     // the first scope that has a name is the one that script would find
     Object variables(new ObjectImp);

@@ -59,8 +59,9 @@ void ObjectImp::released()
 {
     if (!m_isHost) {
         if (m_runtime)
-            m_runtime->forgetView(ObjectAccess::reference(this));
-        delete this;
+            m_runtime->restView(this);
+        else
+            delete this;
     } else if (m_runtime) {
         m_runtime->removeRoot(this);
     } else if (!m_unborn) {

@@ -50,8 +50,7 @@ Value ObjectImp::defaultValue(ExecState* exec, Type hint) const
 
 bool ObjectImp::implementsCall() const
 {
-    return !m_isHost && m_runtime &&
-           JSObjectIsFunction(m_runtime->context(), ObjectAccess::reference(this));
+    return !m_isHost && m_runtime && JSObjectIsFunction(m_runtime->context(), ObjectAccess::reference(this));
 }
 
 Value ObjectImp::call(ExecState* exec, Object& thisObject, const List& arguments)

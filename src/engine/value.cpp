@@ -138,9 +138,8 @@ Object Value::toObject(ExecState* exec) const
         return ValueAccess::object(*this);
     Runtime& runtime = *Runtime::of(exec);
     const JSValueRef value = ValueAccess::toScript(runtime, exec, *this);
-    const JSObjectRef object = runtime.guarded(exec, [&](JSValueRef* exception) {
-        return JSValueToObject(runtime.context(), value, exception);
-    });
+    const JSObjectRef object = runtime.guarded(
+        exec, [&](JSValueRef* exception) { return JSValueToObject(runtime.context(), value, exception); });
     return object ? ValueAccess::fromScript(runtime, object) : Object();
 }
 

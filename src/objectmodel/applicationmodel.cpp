@@ -152,8 +152,53 @@ void ApplicationModel::processEvents(int timeoutMs)
     deliver();
 }
 
+void ApplicationModel::takeLateReply(const Frame& frame)
+{
+    // The references in it are counted by the agent: they are taken, and given back at once.
+    switch (RequestNumber(frame.number)) {
+    case RequestNumber::GetProperty:
+    case RequestNumber::CallMethod:
+    case RequestNumber::Construct:
+    case RequestNumber::Convert:
+    case RequestNumber::RemoteCall: {
+        ValueReply late;
+        if (decode(frame.body, &late))
+            makeObject(late.value);
+        break;
+    }
+    case RequestNumber::Find:
+    case RequestNumber::Parent:
+    case RequestNumber::ObjectAt: {
+        ObjectReply late;
+        if (decode(frame.body, &late))
+            makeObject(late.object);
+        break;
+    }
+    case RequestNumber::FindAll:
+    case RequestNumber::Children:
+    case RequestNumber::TopLevels: {
+        ObjectsReply late;
+        if (decode(frame.body, &late))
+            for (const ObjectRef& ref : qAsConst(late.objects))
+                makeObject(ref);
+        break;
+    }
+    case RequestNumber::WaitFor:
+    case RequestNumber::FindItem: {
+        WaitReply late;
+        if (decode(frame.body, &late))
+            makeObject(late.object);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
 void ApplicationModel::takePush(const Frame& frame)
 {
+    if (frame.kind == FrameKind::Reply)
+        return takeLateReply(frame);
     switch (PushNumber(frame.number)) {
     case PushNumber::ObjectsDestroyed: {
         ObjectsDestroyed news;

@@ -109,6 +109,8 @@ public:
     /** Waits for news as long and delivers the events that are there to the listener, in order. */
     void processEvents(int timeoutMs);
     int descriptor() const;
+    /** True when processEvents() has something to deliver that has arrived already. */
+    bool hasEvents() const { return !m_events.empty(); }
 
     /** Not owned; null for none. */
     void setListener(InspectorListener* listener) { m_listener = listener; }
@@ -120,6 +122,7 @@ private:
     bool exchange(Protocol::RequestNumber number, const QByteArray& body, int extraMs, QByteArray* reply);
     bool accept(bool decoded);
     void takePush(const Protocol::Frame& frame);
+    void takeLateReply(const Protocol::Frame& frame);
     void deliver();
     void deliverOne(const Protocol::Frame& frame);
     void invalidateAll();

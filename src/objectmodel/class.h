@@ -95,7 +95,7 @@ public:
     /**
      * Whether convertObject() can make a value of the target: all casts; numbers and booleans to
      * strings; what the application registers for value types; a string, being taken for an object
-     * name, to a class of objects.
+     * name, to a class of objects; the number 0, being taken for null, to a pointer to one.
      */
     virtual bool canConvertTo(const Class* target, bool sourceIndirect, bool targetIndirect, int depth) const;
 

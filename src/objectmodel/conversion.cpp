@@ -76,6 +76,9 @@ bool Class::canConvertTo(const Class* target, bool sourceIndirect, bool targetIn
         return true;
     if (m_id == Protocol::StringClass && target->isIdentity())
         return true;
+    // A literal 0 stands for a null pointer; convertObject() refuses other numbers.
+    if (m_id == Protocol::DoubleClass && targetIndirect && target->isIdentity())
+        return true;
     return members().convertibleTo.contains(target->m_id) || target->members().convertibleFrom.contains(m_id);
 }
 
@@ -97,6 +100,8 @@ SharedPtr<Object> Class::convertObject(const SharedPtr<Object>& object, const Cl
     if (isNumber() || m_id == Protocol::BoolClass)
         if (SharedPtr<Object> converted = convertBuiltin(object, target->m_id))
             return converted;
+    if (isNumber() && target->isIdentity() && object->toDouble() == 0)
+        return target->createNull();
     if (m_id == Protocol::StringClass && target->isIdentity())
         return objectByName(object->toString(), target);
     ApplicationModel* application = applicationOf(object, target);

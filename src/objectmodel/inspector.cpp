@@ -73,9 +73,12 @@ void Inspector::setListener(InspectorListener* listener)
 void Inspector::processEvents(int timeoutMs)
 {
     std::vector<pollfd> waiting;
-    for (const auto& application : m_applications)
+    for (const auto& application : m_applications) {
         if (application->descriptor() >= 0)
             waiting.push_back({application->descriptor(), POLLIN, 0});
+        if (application->hasEvents())
+            timeoutMs = 0;
+    }
     if (timeoutMs != 0)
         ::poll(waiting.data(), waiting.size(), timeoutMs);
     // A handler may start applications: no iterators here.

@@ -126,8 +126,8 @@ public:
      */
     WaitResult waitForObject(const QString& name, int timeoutMs, quint32 conditions = Protocol::WaitReady);
     /**
-     * An item by its path of texts: "File/Open"; a slash or backslash in a text has a backslash
-     * before it.
+     * An item by its path of texts from the top level down: "File.Open". A dot in a text is `\.`, a
+     * backslash `\\`.
      */
     WaitResult waitForItem(const SharedPtr<Object>& container, const QString& itemPath, int timeoutMs);
     WaitResult waitForItem(const SharedPtr<Object>& container, int row, int column, int timeoutMs);

@@ -145,9 +145,10 @@ QStringList Inspector::splitItemPath(const QString& itemPath)
 {
     QStringList path{QString()};
     for (int i = 0; i < itemPath.size(); ++i) {
-        if (itemPath[i] == QLatin1Char('/'))
+        const QChar next = i + 1 < itemPath.size() ? itemPath[i + 1] : QChar();
+        if (itemPath[i] == QLatin1Char('.'))
             path.append(QString());
-        else if (itemPath[i] == QLatin1Char('\\') && i + 1 < itemPath.size())
+        else if (itemPath[i] == QLatin1Char('\\') && (next == QLatin1Char('.') || next == QLatin1Char('\\')))
             path.last() += itemPath[++i];
         else
             path.last() += itemPath[i];
@@ -160,8 +161,8 @@ QString Inspector::joinItemPath(const QStringList& path)
     QStringList escaped;
     for (QString text : path)
         escaped.append(text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-                           .replace(QLatin1Char('/'), QLatin1String("\\/")));
-    return escaped.join(QLatin1Char('/'));
+                           .replace(QLatin1Char('.'), QLatin1String("\\.")));
+    return escaped.join(QLatin1Char('.'));
 }
 
 // -- relations and the screen

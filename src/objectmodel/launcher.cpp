@@ -20,12 +20,13 @@ using namespace Protocol;
 
 namespace {
 
-/** A process without Qt that has started nothing else for so long will not turn into one. */
+/** A process without Qt that is alone and has done nothing for so long will not turn into one. */
 constexpr int noQtMs = 1500;
 constexpr int stepMs = 20;
 /** How long the connection's end may come before the process's. */
 constexpr int endMs = 500;
 constexpr int greetMs = 5000;
+constexpr int maxRefusals = 5;
 constexpr int shownLines = 5;
 
 QString findProgram(const QString& program)
@@ -116,6 +117,8 @@ QString Application::waitForCall(int timeoutMs)
 {
     QElapsedTimer timer;
     timer.start();
+    QElapsedTimer idle = timer;
+    quint64 lastUsed = 0;
     QString refused;
     for (;;) {
         m_session = m_listener->accept(stepMs, &refused);
@@ -126,8 +129,13 @@ QString Application::waitForCall(int timeoutMs)
         if (!m_process->isRunning() && m_process->members().isEmpty())
             return withOutput(QStringLiteral("it %1 before its agent called back").arg(m_process->exitText()),
                               m_process.get());
-        const bool isAlone = timer.elapsed() > noQtMs && m_process->members().size() == 1;
-        if (isAlone && !Injection::mayStillCall(m_process->pid()))
+        const quint64 used = m_process->usedTime();
+        if (used != lastUsed) {
+            lastUsed = used;
+            idle.restart();
+        }
+        if (idle.elapsed() > noQtMs && m_process->members().size() == 1 &&
+            !Injection::mayStillCall(m_process->pid()))
             return withOutput(Injection::processProblem({m_process->pid()}), m_process.get());
         if (timer.elapsed() > timeoutMs) {
             const QString why = refused.isEmpty() ? Injection::processProblem(m_process->members()) : refused;
@@ -175,16 +183,25 @@ std::unique_ptr<Application> Application::attach(const QString& address, const Q
     QElapsedTimer timer;
     timer.start();
     QString problem;
-    std::unique_ptr<Channel> channel;
-    // An application that is just starting may listen soon.
-    while (!(channel = connectTo(address, &problem)) && timer.elapsed() < timeoutMs)
-        QThread::msleep(stepMs);
     std::unique_ptr<Application> application(new Application);
-    const QByteArray shown = tokenFor(address, token);
-    if (channel && shown.isEmpty())
-        problem = QStringLiteral("its token is missing (32 hexadecimal digits in TORVIX_AGENT_TOKEN)");
-    else if (channel)
-        application->m_session = Session::open(std::move(channel), shown, true, greetMs, &problem);
+    // An application that is just starting may listen soon; one whose last runner has just gone
+    // turns the next away until it has seen that.
+    for (int refused = 0; !application->m_session && refused < maxRefusals;) {
+        std::unique_ptr<Channel> channel = connectTo(address, &problem);
+        const QByteArray shown = tokenFor(address, token);
+        if (channel && shown.isEmpty()) {
+            problem = QStringLiteral("its token is missing (32 hexadecimal digits in TORVIX_AGENT_TOKEN)");
+            break;
+        }
+        if (channel) {
+            application->m_session = Session::open(std::move(channel), shown, true, greetMs, &problem);
+            ++refused;
+        } else if (timer.elapsed() >= timeoutMs) {
+            break;
+        }
+        if (!application->m_session)
+            QThread::msleep(stepMs);
+    }
     if (!application->m_session) {
         *error = QStringLiteral("Cannot attach to %1: %2").arg(address, problem);
         return nullptr;

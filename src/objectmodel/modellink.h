@@ -36,6 +36,7 @@ struct LinkError
 class TORVIXOBJECTMODEL_EXPORT ModelLink
 {
 public:
+    /** Gets pushes, and replies that came when nobody waited for them any more. */
     using PushSink = std::function<void(const Protocol::Frame&)>;
 
     virtual ~ModelLink() = default;

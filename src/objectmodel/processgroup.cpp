@@ -61,6 +61,13 @@ int openStream(const QString& path)
                   0600);
 }
 
+bool isZombie(int pid)
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
+    return line.isEmpty() || line.contains(") Z ") || line.contains(") X ");
+}
+
 QVector<QByteArray> environmentOf(const ProcessGroup::Command& command)
 {
     QVector<QByteArray> texts;
@@ -150,6 +157,16 @@ QString ProcessGroup::exitText()
         .arg(QString::fromLocal8Bit(strsignal(signal)));
 }
 
+quint64 ProcessGroup::usedTime() const
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(m_pid));
+    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
+    // Counted from behind the name in parentheses, which may hold anything.
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    constexpr int userTime = 11, systemTime = 12;
+    return fields.value(userTime).toULongLong() + fields.value(systemTime).toULongLong();
+}
+
 QVector<int> ProcessGroup::members()
 {
     QVector<int> found;
@@ -162,9 +179,10 @@ QVector<int> ProcessGroup::members()
         QFile environment(QStringLiteral("/proc/%1/environ").arg(name));
         if (!isProcess || pid == m_pid || pid == getpid() || !environment.open(QIODevice::ReadOnly))
             continue;
-        // Of a zombie this is empty.
+        // Of a process that is just ending this is empty, but its files are still open: one of the
+        // group counts until it is a zombie.
         const QByteArray variables = environment.readAll();
-        if (!variables.isEmpty() && (getpgid(pid) == m_pid || variables.split('\0').contains(m_mark)))
+        if (variables.split('\0').contains(m_mark) || (getpgid(pid) == m_pid && !isZombie(pid)))
             found.append(pid);
     }
     return found;

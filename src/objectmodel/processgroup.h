@@ -43,6 +43,9 @@ public:
     /** "exited with status 3", "was killed by signal 9 (Killed)"; empty while it runs. */
     QString exitText();
 
+    /** Processor time of the first process so far, in ticks of the system's clock. */
+    quint64 usedTime() const;
+
     /** Processes of the group that run now, the first one included. */
     QVector<int> members();
     /** Asks them all to end, waits, and kills those that are left. */

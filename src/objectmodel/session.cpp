@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QScopeGuard>
 
 namespace Torvix {
 
@@ -115,10 +116,11 @@ void Session::dispatch()
             break;
         case FrameKind::Reply:
         case FrameKind::Error: {
-            // A reply that nobody waits for any more came after a timeout.
             const auto waiting = m_waiting.find(frame->id);
             if (waiting != m_waiting.end())
                 waiting->second = std::make_unique<Frame>(*frame);
+            else if (frame->kind == FrameKind::Reply)
+                push(*frame);
             break;
         }
         default:
@@ -161,15 +163,19 @@ bool Session::isStopped() const
 bool Session::exchange(RequestNumber number, const QByteArray& body, int timeoutMs, QByteArray* reply,
                        LinkError* error)
 {
-    const quint32 id = m_nextId++ ? m_nextId - 1 : m_nextId++;
+    // 0 means that no reply is wanted.
+    if (m_nextId == 0)
+        m_nextId = 1;
+    const quint32 id = m_nextId++;
     const auto waiting = m_waiting.emplace(id, nullptr).first;
+    // A handler may throw through here.
+    const auto forget = qScopeGuard([this, waiting] { m_waiting.erase(waiting); });
     send(toBytes({FrameKind::Request, id, quint16(number), body}));
     await(&waiting->second, timeoutMs, error);
     if (waiting->second)
         takeReply(*waiting->second, number, reply, error);
     else if (error->kind == LinkError::Closed)
         error->text = QStringLiteral("The application has ended: %1").arg(m_closeReason);
-    m_waiting.erase(waiting);
     return error->kind == LinkError::None;
 }
 

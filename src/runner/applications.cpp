@@ -56,8 +56,8 @@ QString Applications::freeName(const QString& wanted) const
     return name;
 }
 
-SharedPtr<ApplicationContext> Applications::add(std::unique_ptr<Application> process, std::unique_ptr<ModelLink> link,
-                                                const QString& commandLine)
+SharedPtr<ApplicationContext> Applications::add(std::unique_ptr<Application> process,
+                                                std::unique_ptr<ModelLink> link, const QString& commandLine)
 {
     Entry added;
     added.model = Inspector::self()->addApplication(std::move(link));
@@ -112,8 +112,8 @@ void Applications::killAll()
 
 SharedPtr<ApplicationContext> Applications::attach(const QString& address, int timeoutMs, QString* error)
 {
-    std::unique_ptr<Application> process =
-        Application::attach(address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs, error);
+    std::unique_ptr<Application> process = Application::attach(
+        address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs, error);
     if (!process)
         return noContext();
     std::unique_ptr<ModelLink> link = process->takeLink();
@@ -130,7 +130,8 @@ SharedPtr<ApplicationContext> Applications::waitForLaunch(int timeoutMs, QString
         for (Entry& each : m_entries) {
             if (!each.process || !each.process->wasStarted())
                 continue;
-            if (std::unique_ptr<ModelLink> link = each.process->waitForChild(std::min(sliceMs, limitMs - waitedMs)))
+            if (std::unique_ptr<ModelLink> link =
+                    each.process->waitForChild(std::min(sliceMs, limitMs - waitedMs)))
                 return add(nullptr, std::move(link), QString());
         }
         waitedMs += sliceMs;
@@ -152,8 +153,9 @@ bool Applications::detach(const SharedPtr<ApplicationContext>& context)
 
 Applications::Entry* Applications::entry(const SharedPtr<ApplicationContext>& context)
 {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&context](const Entry& each) { return each.context->id == context->id; });
+    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&context](const Entry& each) {
+        return each.context->id == context->id;
+    });
     return found == m_entries.end() ? nullptr : &*found;
 }
 
@@ -199,7 +201,8 @@ bool Applications::isRunning(const SharedPtr<ApplicationContext>& context)
     Entry* found = entry(context);
     if (!found)
         return false;
-    return found->process && found->process->wasStarted() ? found->process->isRunning() : found->model->isAlive();
+    return found->process && found->process->wasStarted() ? found->process->isRunning()
+                                                          : found->model->isAlive();
 }
 
 qint64 Applications::pid(const SharedPtr<ApplicationContext>& context) const

@@ -19,7 +19,7 @@ namespace Torvix {
 /** How applications of a test case are started. */
 struct ApplicationSettings
 {
-    QStringList folders; ///< searched before PATH
+    QStringList folders;     ///< searched before PATH
     QStringList environment; ///< "NAME=value"
     int startTimeoutMs = 20'000;
 };

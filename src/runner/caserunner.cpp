@@ -22,7 +22,10 @@ namespace {
 class CurrentFolder
 {
 public:
-    explicit CurrentFolder(const QString& folder) : m_previous(QDir::currentPath()) { QDir::setCurrent(folder); }
+    explicit CurrentFolder(const QString& folder) : m_previous(QDir::currentPath())
+    {
+        QDir::setCurrent(folder);
+    }
     ~CurrentFolder() { QDir::setCurrent(m_previous); }
     CurrentFolder(const CurrentFolder&) = delete;
     CurrentFolder& operator=(const CurrentFolder&) = delete;
@@ -43,7 +46,8 @@ public:
 
 QStringList homeVariables(const QString& home)
 {
-    return {QStringLiteral("HOME=") + home, QStringLiteral("XDG_CONFIG_HOME=") + home + QStringLiteral("/.config"),
+    return {QStringLiteral("HOME=") + home,
+            QStringLiteral("XDG_CONFIG_HOME=") + home + QStringLiteral("/.config"),
             QStringLiteral("XDG_DATA_HOME=") + home + QStringLiteral("/.local/share"),
             QStringLiteral("XDG_CACHE_HOME=") + home + QStringLiteral("/.cache")};
 }
@@ -92,12 +96,14 @@ CaseOutcome CaseRunner::run()
         m_applications.setEndHandler([this](const ApplicationReport& report, bool crashed) {
             m_stream->applicationEnded(report);
             if (crashed)
-                m_result.add(ResultType::Error,
-                             QStringLiteral("The application '%1' has gone: %2").arg(report.name, report.ending),
-                             report.output, LineInfo());
+                m_result.add(
+                    ResultType::Error,
+                    QStringLiteral("The application '%1' has gone: %2").arg(report.name, report.ending),
+                    report.output, LineInfo());
         });
         runScript();
-        const bool failed = m_result.outcome() == CaseOutcome::Failed || m_result.outcome() == CaseOutcome::Error;
+        const bool failed =
+            m_result.outcome() == CaseOutcome::Failed || m_result.outcome() == CaseOutcome::Error;
         if (failed)
             recordObjectTree();
         Inspector::self()->processEvents(0);
@@ -114,9 +120,10 @@ void CaseRunner::runScript()
 {
     QFile script(m_case.script);
     if (!script.open(QIODevice::ReadOnly)) {
-        m_result.add(ResultType::Error,
-                     QStringLiteral("Cannot read the script '%1': %2").arg(m_case.script, script.errorString()), QString(),
-                     LineInfo());
+        m_result.add(
+            ResultType::Error,
+            QStringLiteral("Cannot read the script '%1': %2").arg(m_case.script, script.errorString()),
+            QString(), LineInfo());
         return;
     }
     QTemporaryDir home;
@@ -173,7 +180,8 @@ void CaseRunner::reportScriptError()
 void CaseRunner::reportEnding(int reason)
 {
     if (reason == int(Watchdog::Reason::Timeout))
-        m_result.add(ResultType::Error, QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs),
+        m_result.add(ResultType::Error,
+                     QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs),
                      QString(), {m_case.script, 0});
     else if (reason == int(Watchdog::Reason::Interrupt))
         m_result.add(ResultType::Error, QStringLiteral("Interrupted"), QString(), {m_case.script, 0});
@@ -189,20 +197,21 @@ void CaseRunner::recordObjectTree()
         m_stream->objectTree(tree);
 }
 
-SharedPtr<ApplicationContext> CaseRunner::startApplication(const QString& application, const QString& host, int,
-                                                           int timeoutSecs, QString* error)
+SharedPtr<ApplicationContext> CaseRunner::startApplication(const QString& application, const QString& host,
+                                                           int, int timeoutSecs, QString* error)
 {
     if (!host.isEmpty()) {
-        *error = QStringLiteral("Cannot start '%1' on '%2': start it there with TORVIX_AGENT_LISTEN set, and use "
-                                "attachToApplication()")
-                     .arg(application, host);
+        *error =
+            QStringLiteral("Cannot start '%1' on '%2': start it there with TORVIX_AGENT_LISTEN set, and use "
+                           "attachToApplication()")
+                .arg(application, host);
         return new ApplicationContext;
     }
     return m_applications.start(application, timeoutSecs < 0 ? -1 : timeoutSecs * 1000, error);
 }
 
-SharedPtr<ApplicationContext> CaseRunner::attachToApplication(const QString& name, const QString& host, int port,
-                                                              int timeoutSecs, QString* error)
+SharedPtr<ApplicationContext> CaseRunner::attachToApplication(const QString& name, const QString& host,
+                                                              int port, int timeoutSecs, QString* error)
 {
     const QString address = host.isEmpty() ? name : QStringLiteral("%1:%2").arg(host, QString::number(port));
     return m_applications.attach(address, timeoutSecs < 0 ? -1 : timeoutSecs * 1000, error);
@@ -275,7 +284,8 @@ RunnerInterface::TestEnvironment CaseRunner::testEnvironment()
     return environment;
 }
 
-void CaseRunner::eventHandled(ApplicationModel*, const QString& handler, const QString&, const ObjectList& arguments)
+void CaseRunner::eventHandled(ApplicationModel*, const QString& handler, const QString&,
+                              const ObjectList& arguments)
 {
     if (m_interpreter && !m_interpreter->call(handler, arguments))
         reportScriptError();

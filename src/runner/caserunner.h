@@ -32,8 +32,8 @@ public:
     };
 
     /** All are borrowed and have to outlive it. */
-    CaseRunner(const Suite& suite, const TestCase& testCase, const LanguagePlugin& plugin, ResultStreamWriter* stream,
-               Watchdog* watchdog, Options options);
+    CaseRunner(const Suite& suite, const TestCase& testCase, const LanguagePlugin& plugin,
+               ResultStreamWriter* stream, Watchdog* watchdog, Options options);
     ~CaseRunner() override;
 
     /** The outcome that it has written to the stream. */
@@ -73,8 +73,8 @@ private:
     void leaveRemoteObjectModel() override {}
     void reportFailedLookup(const QString& name, const QString& function, QString* report) override;
     bool loadObjectMap(const QString& path) override;
-    bool mouseAction(SharedPtr<Object> object, int flags, int x, int y, int button, int modifiers, bool buttonAction,
-                     bool press) override;
+    bool mouseAction(SharedPtr<Object> object, int flags, int x, int y, int button, int modifiers,
+                     bool buttonAction, bool press) override;
     bool promptWanted() override { return false; }
     void serviceConnections() override;
     TestResult* testResult() override { return &m_result; }

@@ -23,7 +23,11 @@ void keepWarning(QtMsgType, const QMessageLogContext&, const QString& text)
 class WarningCatcher
 {
 public:
-    WarningCatcher() : m_previousList(std::exchange(warnings, &m_caught)), m_previous(qInstallMessageHandler(keepWarning)) {}
+    WarningCatcher()
+        : m_previousList(std::exchange(warnings, &m_caught))
+        , m_previous(qInstallMessageHandler(keepWarning))
+    {
+    }
     ~WarningCatcher()
     {
         qInstallMessageHandler(m_previous);
@@ -85,7 +89,8 @@ bool readFile(const QString& path, const QVector<KeyRow>& keys, QString* error)
     for (const QString& key : settings.entryList(QStringLiteral("General"), QString())) {
         const int index = known.indexOf(key);
         if (index < 0) {
-            *error = QStringLiteral("%1: unknown key '%2'; known are %3").arg(path, key, known.join(QLatin1String(", ")));
+            *error = QStringLiteral("%1: unknown key '%2'; known are %3")
+                         .arg(path, key, known.join(QLatin1String(", ")));
             return false;
         }
         if (!keys[index].read(settings, key)) {

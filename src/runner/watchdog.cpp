@@ -16,6 +16,7 @@ namespace Torvix {
 namespace {
 
 constexpr int interruptedStatus = 2;
+constexpr int repeatMs = 50;
 
 qint64 nowMs()
 {
@@ -60,7 +61,7 @@ void Watchdog::watch(int timeoutMs, std::function<void()> stop)
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_stop = std::move(stop);
         m_deadlineMs = timeoutMs > 0 ? nowMs() + timeoutMs : 0;
-        m_reason = Reason::None;
+        m_reason = m_interrupted ? Reason::Interrupt : Reason::None;
     }
     eventfd_write(m_wake, 1);
 }
@@ -76,24 +77,31 @@ Watchdog::Reason Watchdog::unwatch()
 void Watchdog::bark(Reason reason)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_deadlineMs = 0;
+    if (m_stop && m_reason == Reason::None)
+        m_reason = reason;
+}
+
+/** How long to wait, in milliseconds; negative without limit. Stops the script where it has to. */
+int Watchdog::look()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_stop)
-        return;
-    m_reason = reason;
-    std::exchange(m_stop, nullptr)();
+        return -1;
+    const qint64 leftMs = m_deadlineMs - nowMs();
+    if (m_reason == Reason::None && m_deadlineMs != 0 && leftMs <= 0)
+        m_reason = Reason::Timeout;
+    if (m_reason == Reason::None)
+        return m_deadlineMs == 0 ? -1 : int(leftMs);
+    // Repeated, since the script may have been about to start.
+    m_stop();
+    return repeatMs;
 }
 
 void Watchdog::run()
 {
     while (!m_ending) {
-        qint64 deadlineMs = 0;
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            deadlineMs = m_deadlineMs;
-        }
-        const qint64 leftMs = deadlineMs - nowMs();
         pollfd waited[] = {{m_signals, POLLIN, 0}, {m_wake, POLLIN, 0}};
-        poll(waited, 2, deadlineMs == 0 ? -1 : int(std::max<qint64>(0, leftMs)));
+        poll(waited, 2, look());
         if (waited[1].revents & POLLIN) {
             eventfd_t ignored;
             eventfd_read(m_wake, &ignored);
@@ -103,8 +111,6 @@ void Watchdog::run()
             if (read(m_signals, &info, sizeof info) == sizeof info && m_interrupted.exchange(true))
                 _exit(interruptedStatus);
             bark(Reason::Interrupt);
-        } else if (deadlineMs != 0 && nowMs() >= deadlineMs) {
-            bark(Reason::Timeout);
         }
     }
 }

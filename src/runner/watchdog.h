@@ -24,8 +24,8 @@ public:
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
 
-    /** From now on `stop` is called, on the watching thread, when the time is over or on a signal;
-     *  once. It must be safe to call there. */
+    /** From now on `stop` is called, on the watching thread, when the time is over or on a signal (also
+     *  an earlier one), again and again until unwatch(). It must be safe to call there. */
     void watch(int timeoutMs, std::function<void()> stop);
     /** The script has ended: returns once `stop` is certain not to be called any more. */
     Reason unwatch();
@@ -34,6 +34,7 @@ public:
 
 private:
     void run();
+    int look();
     void bark(Reason reason);
 
     std::mutex m_mutex;

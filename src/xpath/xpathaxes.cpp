@@ -184,8 +184,13 @@ void axis_walker::v_descendant(const TiXmlNode* XNp_node)
 
 void axis_walker::v_descendant_or_self(const TiXmlNode* XNp_node)
 {
+    // The root is none of its own, but it may lie below another node.
+    if (XNp_node == XNp_root) {
+        v_descendant(XNp_node);
+        return;
+    }
     const visit reached = v_visit(XNp_node);
-    if (reached.o_is_new && XNp_node != XNp_root)
+    if (reached.o_is_new)
         v_take(XNp_node);
     if (reached.o_go_on)
         v_walk_below(XNp_node, [this](const TiXmlNode* XNp_found) { v_take(XNp_found); });

@@ -4,6 +4,8 @@
 
 #include "engine/delayedinvocation.h"
 
+#include <QTemporaryDir>
+
 #include <fstream>
 #include <memory>
 #include <unistd.h>
@@ -130,14 +132,16 @@ TEST_F(LifetimeTest, TheInterpretersEndDestroysAllWrappers)
 {
     const int before = Collector::size();
     Value outliving;
+    Counted* cyclic = nullptr;
     {
         Interpreter other(Object(), testOptions());
         KJS::define(other, "make",
                     [](ExecState* state, Object&, const List&) -> Value { return new Counted(state); });
         KJS::run(other, "all = []; for (let i = 0; i < 100; i++) all.push(make())");
         // a cycle through C++
-        Object cyclic = Object::dynamicCast(other.evaluate("cyclic = make()").value());
-        static_cast<Counted*>(cyclic.imp())->held = cyclic;
+        const Value made = other.evaluate("cyclic = make()").value();
+        cyclic = static_cast<Counted*>(made.imp());
+        cyclic->held = made;
         outliving = other.evaluate("make()").value();
         EXPECT_EQ(Counted::alive, 102);
     }
@@ -147,8 +151,9 @@ TEST_F(LifetimeTest, TheInterpretersEndDestroysAllWrappers)
     EXPECT_TRUE(static_cast<Counted*>(outliving.imp())->get(exec, "anything").isUndefined());
     outliving = Value();
     EXPECT_EQ(Counted::alive, 1);
-    EXPECT_LE(Collector::size(), before + 1);
-    Counted::alive = 0;
+    cyclic->held = Value();
+    EXPECT_EQ(Counted::alive, 0);
+    EXPECT_LE(Collector::size(), before);
 }
 
 long residentKilobytes()
@@ -161,11 +166,14 @@ long residentKilobytes()
 
 TEST(InterpreterLifeTest, ManyInterpretersLeaveNothing)
 {
-    const auto once = [] {
-        Interpreter interpreter(Object(), testOptions());
+    QTemporaryDir cache;
+    InterpreterOptions options;
+    options.cacheFolder = cache.path(); // the parser is not what is tested
+    const auto once = [&options] {
+        Interpreter interpreter(Object(), options);
         define(interpreter, "make",
                [](ExecState* state, Object&, const List&) -> Value { return new Counted(state); });
-        EXPECT_EQ(run(interpreter, "list = [1, 2, 3].map(make); class A { #x = 1 } new A; list.length"), "3");
+        EXPECT_EQ(run(interpreter, "list = [1, 2, 3].map(make); class A { x() {} } new A; list.length"), "3");
     };
     for (int i = 0; i < 50; ++i)
         once();

@@ -95,6 +95,14 @@ TEST_F(Launch, SaysWhenItIsNoQtProgramLongBeforeTheTimeout)
     EXPECT_LT(timer.elapsed(), 5000);
 }
 
+TEST_F(Launch, WaitsForAProgramThatIsBusyBeforeItLoadsQt)
+{
+    expectContains(
+        startFails(script("end=$(($(date +%s) + 3)); while [ $end -gt ${now:-0} ]; do i=0\n"
+                          "while [ $i -lt 20000 ]; do i=$((i + 1)); done; now=$(date +%s); done; exit 4")),
+        "exited with status 4");
+}
+
 TEST_F(Launch, TellsQt6AndStaticProgramsByTheirFile)
 {
     QFile file(folder.filePath(QStringLiteral("fake")));

@@ -1,3 +1,4 @@
+#include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
 #include "objectmodel/objectname.h"
 
@@ -108,6 +109,26 @@ TEST(ObjectName, BecomesConditionsWithSymbolicNamesResolved)
         conditions("{window='Nobody'}", &result).contains(text("'Nobody' (window) is not a symbolic name")));
     EXPECT_TRUE(conditions("{window='Loop'}", &result).contains(text("contains itself")));
     EXPECT_TRUE(conditions("{text~='('}", &result).contains(text("not valid")));
+}
+
+TEST(ItemPath, SplitsAtDotsAndKeepsEscapedOnes)
+{
+    const struct
+    {
+        const char* path;
+        QStringList texts;
+    } cases[] = {
+        {"File.Open", {text("File"), text("Open")}},
+        {"Dot\\.and\\.more", {text("Dot.and.more")}},
+        {"Wal\\\\nut.x", {text("Wal\\nut"), text("x")}},
+        {"C:\\dir", {text("C:\\dir")}},
+        {"", {text("")}},
+        {"a..b.", {text("a"), text(""), text("b"), text("")}},
+    };
+    for (const auto& entry : cases) {
+        EXPECT_EQ(entry.texts, Inspector::splitItemPath(text(entry.path))) << entry.path;
+        EXPECT_EQ(entry.texts, Inspector::splitItemPath(Inspector::joinItemPath(entry.texts))) << entry.path;
+    }
 }
 
 } // namespace

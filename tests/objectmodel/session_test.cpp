@@ -1,3 +1,4 @@
+#include "objectmodel/inspector.h"
 #include "objectmodel/session.h"
 #include "protocol/token.h"
 
@@ -168,6 +169,10 @@ TEST(Session, RepliesFindTheirRequestsWhateverTheirOrder)
         return session->exchange(RequestNumber::ToText, encode(ToText()), 5000, reply, &error);
     };
     session->setPushSink([&](const Frame& frame) {
+        if (frame.kind == FrameKind::Reply) {
+            EXPECT_EQ(999u, frame.id) << "one that nobody waits for";
+            return;
+        }
         EXPECT_EQ(quint16(PushNumber::GoingDown), frame.number);
         QByteArray reply;
         TextReply text;
@@ -239,6 +244,35 @@ TEST(Session, ALateReplyIsDroppedAndTheNextCallIsRight)
     EXPECT_EQ(ErrorClass::NotFound, error.errorClass);
     EXPECT_EQ(QStringLiteral("second"), error.text);
     session->close(QString());
+}
+
+TEST(Session, ReferencesInALateReplyAreGivenBack)
+{
+    Release release;
+    {
+        FarEnd far([&](FarEnd& agent) {
+            agent.read();
+            agent.greet();
+            const Frame first = agent.read();
+            const Frame second = agent.read();
+            ObjectRef ref;
+            ref.id = 5;
+            ref.classId = FirstAgentClass;
+            agent.write({FrameKind::Reply, first.id, first.number, encode(ObjectReply{ref})});
+            agent.write({FrameKind::Reply, second.id, second.number, encode(Empty())});
+            EXPECT_TRUE(decode(agent.read().body, &release));
+        });
+        ApplicationModel model(1, connectTo(far));
+        model.setCallTimeout(50);
+        EXPECT_FALSE(model.call(Find()));
+        EXPECT_EQ(LinkError::TimedOut, model.lastLinkError().kind);
+        model.setCallTimeout(5000);
+        EXPECT_TRUE(model.call(Ping()));
+        model.processEvents(0);
+    }
+    ASSERT_EQ(1, release.objects.size());
+    EXPECT_EQ(5, release.objects[0].object);
+    EXPECT_EQ(1, release.objects[0].count);
 }
 
 TEST(Session, ALargeRequestAndALargeReplyCrossWithoutWaitingForEachOther)

@@ -3,7 +3,6 @@
 #include "spreadsheet/biffbuilder.h"
 #include "spreadsheet/workbook.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace {
@@ -101,16 +100,6 @@ TEST(DamagedWorkbook, SurvivesCutsAndChangedBytesOfRealFiles)
             loads(changed);
         }
     }
-}
-
-/** What fuzzing found once. */
-TEST(DamagedWorkbook, SurvivesWhatFuzzingFound)
-{
-    const std::filesystem::path folder(TORVIX_TEST_SOURCE_DIR "/regressions");
-    if (!std::filesystem::exists(folder))
-        GTEST_SKIP() << "nothing yet";
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        loads(readFile(entry.path().string()));
 }
 
 } // namespace

@@ -16,8 +16,8 @@ class SharedDocument : public ParsedDocument
 public:
     explicit SharedDocument(const std::string& text) : ParsedDocument(text)
     {
-        char name[] = "/tmp/torvix-xpath-XXXXXX";
-        const int descriptor = mkstemp(name);
+        std::string name = testing::TempDir() + "torvix-xpath-XXXXXX";
+        const int descriptor = mkstemp(name.data());
         EXPECT_GE(descriptor, 0);
         close(descriptor);
         m_file = name;

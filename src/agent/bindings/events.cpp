@@ -23,6 +23,12 @@ static void bindMouseEvents(Registry& registry)
         .method("globalPos", &QMouseEvent::globalPos)
         .method("button", &QMouseEvent::button)
         .method("buttons", &QMouseEvent::buttons)
+        .factory(
+            +[](QEvent::Type type, int x, int y, Qt::MouseButton button, int buttons, int modifiers) {
+                return QMouseEvent(type, QPointF(x, y), button, Qt::MouseButtons(QFlag(buttons)),
+                                   Qt::KeyboardModifiers(QFlag(modifiers)));
+            },
+            "type, x, y, button, buttons, modifiers", defaults(0))
         .constructor<QEvent::Type, const QPointF&, Qt::MouseButton, Qt::MouseButtons, Qt::KeyboardModifiers>(
             "type, position, button, buttons, modifiers");
     Bind<QWheelEvent>(registry, {"QInputEvent"})

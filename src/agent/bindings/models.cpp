@@ -40,7 +40,7 @@ static void bindModel(Registry& registry)
         .method("data", &QModelIndex::data, "role", defaults(int(Qt::DisplayRole)))
         .method("flags", &QModelIndex::flags)
         .method("model", &QModelIndex::model)
-        .extension(
+        .propertyOf(
             "text", +[](QModelIndex& index) { return index.data(Qt::DisplayRole).toString(); })
         .constructor<>();
     Bind<QAbstractProxyModel>(registry)

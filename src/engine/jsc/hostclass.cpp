@@ -81,7 +81,7 @@ JSValueRef getProperty(JSContextRef, JSObjectRef object, JSStringRef name, JSVal
 {
     const ObjectImp* const imp = implementation(object);
     Runtime* const runtime = runtimeOf(imp);
-    if (!runtime || runtime->takeBypass(imp) || isLanguageSymbol(name))
+    if (!runtime || runtime->isDefining(imp) || runtime->takeBypass(imp) || isLanguageSymbol(name))
         return nullptr;
     const Identifier identifier = IdentifierEntry::fromCallback(name);
     return native(*runtime, exception, [&](ExecState* exec) -> JSValueRef {
@@ -303,8 +303,9 @@ JSClassRef make(unsigned traits, const QByteArray& className)
 
 JSClassRef obtain(unsigned traits, const QString& className)
 {
-    static std::map<std::pair<unsigned, QString>, JSClassRef> classes;
-    JSClassRef& known = classes[{traits & ~static_cast<unsigned>(OverridesMark), className}];
+    // never destroyed: objects of these classes may be made until the very end
+    static auto* const classes = new std::map<std::pair<unsigned, QString>, JSClassRef>;
+    JSClassRef& known = (*classes)[{traits & ~static_cast<unsigned>(OverridesMark), className}];
     if (!known)
         known = make(traits, className.toUtf8());
     return known;
@@ -323,9 +324,8 @@ JSClassRef globalClass()
         // A class with a static function has a prototype object of its own, and that one's prototype
         // can be set, while the global object's cannot. The function is there for nothing else.
         static const auto nothing = [](JSContextRef context, JSObjectRef, JSObjectRef, std::size_t,
-                                       const JSValueRef[], JSValueRef*) -> JSValueRef {
-            return JSValueMakeUndefined(context);
-        };
+                                       const JSValueRef[],
+                                       JSValueRef*) -> JSValueRef { return JSValueMakeUndefined(context); };
         static const JSStaticFunction functions[] = {
             {"[[Global]]", nothing, kJSPropertyAttributeDontEnum | kJSPropertyAttributeReadOnly},
             {nullptr, nullptr, 0}};

@@ -30,7 +30,8 @@ private:
 #pragma GCC diagnostic ignored "-Wpmf-conversions"
 
 /** Whether both objects have the same function in that place of their virtual tables. */
-template <class Member> bool overrides(const ObjectImp* object, Member member)
+template <class Member>
+bool overrides(const ObjectImp* object, Member member)
 {
     const ObjectImp* const plain = &PlainObject::self();
     auto* const mutableObject = const_cast<ObjectImp*>(object);
@@ -40,7 +41,8 @@ template <class Member> bool overrides(const ObjectImp* object, Member member)
 #pragma GCC diagnostic pop
 #else
 /** Without the compiler's help each is asked: slower, with the same answers. */
-template <class Member> bool overrides(const ObjectImp*, Member)
+template <class Member>
+bool overrides(const ObjectImp*, Member)
 {
     return true;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/objectimp.h"
 #include "engine/object.h"
+#include "engine/objectimp.h"
 
 #include <JavaScriptCore/JavaScript.h>
 
@@ -45,6 +45,8 @@ public:
     static bool isHeld(const ObjectImp* object) { return object->references() > 0; }
     static bool isUnborn(const ObjectImp* object) { return object->m_unborn != nullptr; }
     static ObjectImp::Unborn& unborn(const ObjectImp* object) { return *object->m_unborn; }
+    /** Young, or of a view: resting. */
+    static bool isYoung(const ObjectImp* object) { return object->m_isYoung; }
     static void setYoung(ObjectImp* object, bool young) { object->m_isYoung = young; }
     static int& rootIndex(ObjectImp* object) { return object->m_rootIndex; }
     static void destroy(ObjectImp* object) { delete object; }

@@ -16,27 +16,29 @@ constexpr double stopPollSeconds = 0.05;
 
 /**
  * The collector works on the script's thread only: marking asks C++ objects, which are of one thread.
- * The engine reads this setting once in a process; what the tests or programs that are started later
- * inherit stays as it was.
+ * The engine reads this setting once, from the environment, when the first group is made; what
+ * somebody has set stays, and programs that are started later inherit nothing of it.
  */
 JSContextGroupRef createGroup()
 {
-    static const char name[] = "JSC_useConcurrentGC";
+    static constexpr char name[] = "JSC_useConcurrentGC";
     static bool isFirst = true;
     const bool isOurs = isFirst && !qEnvironmentVariableIsSet(name);
+    isFirst = false;
     if (isOurs)
         qputenv(name, "0");
     const JSContextGroupRef group = JSContextGroupCreate();
     if (isOurs)
         qunsetenv(name);
-    isFirst = false;
     return group;
 }
 
 } // namespace
 
 Runtime::Runtime(Interpreter* interpreter, const Object& global, const InterpreterOptions& options)
-    : m_interpreter(interpreter), m_group(createGroup()), m_globalExec(interpreter, 0)
+    : m_interpreter(interpreter)
+    , m_group(createGroup())
+    , m_globalExec(interpreter, 0)
 {
     JSContextGroupAddMarkingConstraint(
         m_group, [](JSMarkerRef marker, void* runtime) { static_cast<Runtime*>(runtime)->mark(marker); },
@@ -50,9 +52,9 @@ Runtime::Runtime(Interpreter* interpreter, const Object& global, const Interpret
     m_context = JSGlobalContextCreateInGroup(m_group, traits & lookups ? HostClass::globalClass() : nullptr);
     m_globalReference = JSContextGetGlobalObject(m_context);
     Heap::self().add(this);
-    m_script = std::make_unique<Rewriting::ScriptRuntime>(
-        *m_rewriter, m_context, *this,
-        options.debugVariables ? Rewriting::Flavour::Debug : Rewriting::Flavour::Fast);
+    m_script = std::make_unique<Rewriting::ScriptRuntime>(*m_rewriter, m_context, *this,
+                                                          options.debugVariables ? Rewriting::Flavour::Debug
+                                                                                 : Rewriting::Flavour::Fast);
     loadHelpers();
     bearGlobal(traits);
     if (traits & lookups)
@@ -83,6 +85,7 @@ Runtime::~Runtime()
 
 void Runtime::detachObjects()
 {
+    dropRestingViews();
     ObjectImp* const global = m_global.imp();
     m_global = Object();
     for (ObjectImp* view : qAsConst(m_views))
@@ -121,7 +124,8 @@ void Runtime::installMissHandler(unsigned traits)
     constexpr unsigned lookups = OverridesGet | OverridesHasProperty | OverridesPropList;
     const JSClassRef handlerClass = HostClass::obtain(traits & lookups, m_global.className().qstring());
     const JSObjectRef handler = JSObjectMake(m_context, handlerClass, m_global.imp());
-    JSObjectRef link = JSValueToObject(m_context, JSObjectGetPrototype(m_context, m_globalReference), nullptr);
+    JSObjectRef link =
+        JSValueToObject(m_context, JSObjectGetPrototype(m_context, m_globalReference), nullptr);
     JSObjectSetPrototype(m_context, handler, JSObjectGetPrototype(m_context, link));
     JSObjectSetPrototype(m_context, link, handler);
 }
@@ -170,17 +174,49 @@ ObjectImp* Runtime::implementation(JSObjectRef object)
 {
     if (object == m_globalReference)
         return m_global.imp();
+    if (ObjectImp* const view = m_views.value(object))
+        return view;
     ObjectImp* const host = HostClass::hostOf(m_context, object);
     if (host && ObjectAccess::reference(host) == object)
         return host;
-    ObjectImp*& view = m_views[object];
-    if (!view)
-        view = ObjectAccess::makeView(this, object, JSObjectIsFunction(m_context, object));
+    ObjectImp* const view = ObjectAccess::makeView(this, object, JSObjectIsFunction(m_context, object));
+    m_views.insert(object, view);
     return view;
+}
+
+void Runtime::restView(ObjectImp* view)
+{
+    if (ObjectAccess::isYoung(view))
+        return; // it rests already: it was wanted again for a moment
+    ObjectImp*& place = m_restingViews[m_nextRest++ % m_restingViews.size()];
+    if (place)
+        wakeView(place);
+    ObjectAccess::setYoung(view, true);
+    place = view;
+}
+
+/** Its rest is over: it goes, unless it is held again. */
+void Runtime::wakeView(ObjectImp* view)
+{
+    ObjectAccess::setYoung(view, false);
+    if (ObjectAccess::isHeld(view))
+        return;
+    m_views.remove(ObjectAccess::reference(view));
+    ObjectAccess::destroy(view);
+}
+
+void Runtime::dropRestingViews()
+{
+    for (ObjectImp*& view : m_restingViews) {
+        if (view)
+            wakeView(view);
+        view = nullptr;
+    }
 }
 
 Object Runtime::moduleView(JSObjectRef object)
 {
+    dropRestingViews();
     ObjectImp*& view = m_views[object];
     if (!view)
         view = ObjectAccess::makeModuleView(this, object);
@@ -230,6 +266,7 @@ void Runtime::mark(JSMarkerRef marker)
 void Runtime::collectGarbage()
 {
     m_script->dropDeadFrames();
+    dropRestingViews();
     JSSynchronousGarbageCollectForDebugging(m_context);
 }
 
@@ -267,8 +304,10 @@ int Runtime::lineOf(int frame)
 }
 
 NativeScope::NativeScope(Runtime& runtime)
-    : m_runtime(runtime), m_exec(runtime.currentExec()), m_pending(m_exec->exception()),
-      m_floor(Heap::self().floor())
+    : m_runtime(runtime)
+    , m_exec(runtime.currentExec())
+    , m_pending(m_exec->exception())
+    , m_floor(Heap::self().floor())
 {
     if (!m_pending.isNull())
         m_exec->clearException();

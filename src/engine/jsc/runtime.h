@@ -24,7 +24,18 @@ class OpaqueImp;
 /** Functions of script's that the C API has no counterpart for; kept as they were at the start. */
 enum class Helper { Define, DefineAccessor, Keys, Tag, ToPrimitive, Count };
 
-enum class Builtin { Object, Function, Array, Boolean, String, Number, Date, RegExp, Error, Count = Error + 7 };
+enum class Builtin {
+    Object,
+    Function,
+    Array,
+    Boolean,
+    String,
+    Number,
+    Date,
+    RegExp,
+    Error,
+    Count = Error + 7
+};
 
 /** A look-up by script that is being answered by an override, so that the base can tell it answered. */
 struct PendingLookup
@@ -73,7 +84,8 @@ public:
      * Any use of the C API that can run script, by `action(JSValueRef* exception)`. An exception goes
      * to the exec state, and the result is then a default one.
      */
-    template <class Action> auto guarded(ExecState* exec, Action action) -> decltype(action(nullptr))
+    template <class Action>
+    auto guarded(ExecState* exec, Action action) -> decltype(action(nullptr))
     {
         JSValueRef exception = nullptr;
         auto result = action(&exception);
@@ -87,7 +99,8 @@ public:
     void raise(ExecState* exec, JSValueRef exception);
     /** evaluate, call or construct of ScriptRuntime: also an outermost run's begin and end. */
     Value finish(ExecState* exec, const Rewriting::Outcome& outcome);
-    Rewriting::Outcome call(JSObjectRef function, JSObjectRef thisObject, const std::vector<JSValueRef>& args);
+    Rewriting::Outcome call(JSObjectRef function, JSObjectRef thisObject,
+                            const std::vector<JSValueRef>& args);
     Rewriting::Outcome construct(JSObjectRef function, const std::vector<JSValueRef>& args);
     Completion evaluate(const UString& code, const Value& thisValue, bool internal);
     JSValueRef callHelper(Helper which, std::initializer_list<JSValueRef> arguments, JSValueRef* exception);
@@ -99,8 +112,10 @@ public:
     bool has(ExecState* exec, const ObjectImp* object, const Identifier& name);
     bool remove(ExecState* exec, ObjectImp* object, const Identifier& name);
     ReferenceList list(ExecState* exec, ObjectImp* object, bool recursive);
-    void define(ExecState* exec, ObjectImp* object, const Identifier& name, const Value& value, int attributes);
-    void define(ExecState* exec, JSObjectRef object, const Identifier& name, const Value& value, int attributes);
+    void define(ExecState* exec, ObjectImp* object, const Identifier& name, const Value& value,
+                int attributes);
+    void define(ExecState* exec, JSObjectRef object, const Identifier& name, const Value& value,
+                int attributes);
     void defineAccessor(ExecState* exec, JSObjectRef object, const Identifier& name, const Object& getter,
                         const Object& setter);
     void defineAccessor(ExecState* exec, ObjectImp* object, const Identifier& name, const Object& getter,
@@ -108,7 +123,9 @@ public:
 
     /** Whether a call-back comes from the ordinary operation on that object; asks once. */
     bool takeBypass(const ObjectImp* object);
-    bool isBypassed(const ObjectImp* object) const { return m_bypass == object; }
+    bool isBypassed(const ObjectImp* object) const { return m_bypass == object || m_defining == object; }
+    /** Whether an own property of that object is being defined, for which script looks it up first. */
+    bool isDefining(const ObjectImp* object) const { return m_defining == object; }
     /** Whether script's look-up for the ordinary put that runs has met that object, or a prototype. */
     bool isOrdinaryPut(const ObjectImp* object, JSStringRef name, JSValueRef value) const;
     PendingLookup*& pendingLookup() { return m_lookup; }
@@ -121,7 +138,8 @@ public:
     JSObjectRef bear(ObjectImp* object);
     /** The implementation of an object: a C++ half, or the view of one of script's. */
     ObjectImp* implementation(JSObjectRef object);
-    void forgetView(JSObjectRef object) { m_views.remove(object); }
+    /** A view that nothing holds any more is kept for a while: most are wanted again at once. */
+    void restView(ObjectImp* view);
     /** Where a function of script's was declared; null for others. */
     const Rewriting::FunctionInfo* declarationOf(JSObjectRef function);
     /** A namespace object gets its own kind of view. */
@@ -150,6 +168,7 @@ public:
     void sourceParsed(const Rewriting::SourceInfo& source, int errorLine) override;
     Rewriting::TextAnswer resolveModule(const QString& name, const QString& importer) override;
     Rewriting::TextAnswer readModule(const QString& path) override;
+    bool isHostObject(JSContextRef, JSObjectRef object) override;
     std::optional<bool> hostHasProperty(JSContextRef, JSObjectRef object, JSValueRef key,
                                         JSValueRef* exception) override;
 
@@ -163,8 +182,12 @@ private:
     void mark(JSMarkerRef marker);
     bool isInternal(int sourceId) const { return m_internalSources.count(sourceId) > 0; }
     bool shouldStop();
-    template <class Run> Rewriting::Outcome counted(Run run);
-    template <class Hook> void tell(Hook hook);
+    template <class Run>
+    Rewriting::Outcome counted(Run run);
+    template <class Hook>
+    void tell(Hook hook);
+    void wakeView(ObjectImp* view);
+    void dropRestingViews();
     void detachObjects();
 
     Interpreter* m_interpreter;
@@ -183,11 +206,14 @@ private:
     QHash<int, Object> m_currentObjects;
 
     QHash<JSObjectRef, ObjectImp*> m_views;
+    std::array<ObjectImp*, 64> m_restingViews = {};
+    std::size_t m_nextRest = 0;
     std::vector<ObjectImp*> m_roots;
     std::vector<ObjectImp*> m_markers; // those that override mark()
     std::set<OpaqueImp*> m_opaques;
 
     const ObjectImp* m_bypass = nullptr;
+    const ObjectImp* m_defining = nullptr;
     struct OrdinaryPut
     {
         const Identifier* name = nullptr;

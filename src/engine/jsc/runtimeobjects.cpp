@@ -1,11 +1,13 @@
 // The parts of Runtime that are the ordinary operations of objects.
 
+#include "engine/function.h"
 #include "engine/jsc/hostclass.h"
 #include "engine/jsc/identifiertable.h"
 #include "engine/jsc/runtime.h"
 #include "engine/jsc/valueaccess.h"
-#include "engine/function.h"
 #include "engine/reference.h"
+
+#include <utility>
 
 namespace KJS {
 
@@ -26,6 +28,21 @@ public:
 
 private:
     const ObjectImp*& m_bypass;
+};
+
+/** Sets a variable as long as it lives. */
+template <class T>
+class ScopedValue
+{
+public:
+    ScopedValue(T& variable, T value) : m_variable(variable), m_previous(std::exchange(variable, value)) {}
+    ~ScopedValue() { m_variable = m_previous; }
+    ScopedValue(const ScopedValue&) = delete;
+    ScopedValue& operator=(const ScopedValue&) = delete;
+
+private:
+    T& m_variable;
+    T m_previous;
 };
 
 bool isPending(const PendingLookup* lookup, const ObjectImp* object, const Identifier& name)
@@ -164,12 +181,15 @@ void Runtime::define(ExecState* exec, JSObjectRef object, const Identifier& name
 void Runtime::define(ExecState* exec, ObjectImp* object, const Identifier& name, const Value& value,
                      int attributes)
 {
+    // An override that defines what it does not find must not be asked for it meanwhile.
+    const ScopedValue<const ObjectImp*> defining(m_defining, object);
     define(exec, ObjectAccess::reference(object), name, value, attributes);
 }
 
 void Runtime::defineAccessor(ExecState* exec, ObjectImp* object, const Identifier& name, const Object& getter,
                              const Object& setter)
 {
+    const ScopedValue<const ObjectImp*> defining(m_defining, object);
     defineAccessor(exec, ObjectAccess::reference(object), name, getter, setter);
 }
 
@@ -182,8 +202,16 @@ void Runtime::defineAccessor(ExecState* exec, JSObjectRef object, const Identifi
     const JSObjectRef newSetter = ValueAccess::toScript(*this, exec, setter);
     guarded(exec, [&](JSValueRef* exception) {
         return callHelper(Helper::DefineAccessor,
-                          {object, key, newGetter ? newGetter : none, newSetter ? newSetter : none}, exception);
+                          {object, key, newGetter ? newGetter : none, newSetter ? newSetter : none},
+                          exception);
     });
+}
+
+bool Runtime::isHostObject(JSContextRef, JSObjectRef object)
+{
+    const ObjectImp* const imp =
+        object == m_globalReference ? m_global.imp() : HostClass::hostOf(m_context, object);
+    return imp && ObjectAccess::traits(imp) & OverridesHasProperty;
 }
 
 std::optional<bool> Runtime::hostHasProperty(JSContextRef, JSObjectRef object, JSValueRef key,

@@ -52,8 +52,8 @@ const char helperSource[] = R"js((() => {
     ];
 })())js";
 
-const char* const builtinNames[] = {"Object", "Function",   "Array",          "Boolean",     "String",
-                                    "Number", "Date",       "RegExp",         "Error",       "EvalError",
+const char* const builtinNames[] = {"Object",     "Function",       "Array",       "Boolean",   "String",
+                                    "Number",     "Date",           "RegExp",      "Error",     "EvalError",
                                     "RangeError", "ReferenceError", "SyntaxError", "TypeError", "URIError"};
 
 } // namespace
@@ -90,7 +90,8 @@ JSValueRef Runtime::callHelper(Helper which, std::initializer_list<JSValueRef> a
 // Runs ------------------------------------------------------------------------------------------
 
 /** Counts the runs that are inside one another; the outermost cleans up behind itself. */
-template <class Run> Rewriting::Outcome Runtime::counted(Run run)
+template <class Run>
+Rewriting::Outcome Runtime::counted(Run run)
 {
     // more young objects than any sensible number of plain pointers: nobody waits for those any more
     constexpr std::size_t crowd = 10000;
@@ -119,9 +120,9 @@ template <class Run> Rewriting::Outcome Runtime::counted(Run run)
     const Scope scope(*this);
     Rewriting::Outcome outcome = run();
     if (outcome.threw() && m_runDepth == 1 && m_script->wasStopped()) {
-        const QString message =
-            m_interrupted ? QStringLiteral("Script interrupted")
-                          : QStringLiteral("Script stopped after %1 ms").arg(m_timeLimit.count());
+        const QString message = m_interrupted
+                                    ? QStringLiteral("Script interrupted")
+                                    : QStringLiteral("Script stopped after %1 ms").arg(m_timeLimit.count());
         const Object error = Error::create(&m_globalExec, GeneralError, UString(message));
         outcome.exception = ValueAccess::toScript(*this, &m_globalExec, error);
     }
@@ -197,7 +198,8 @@ Value Runtime::finish(ExecState* exec, const Rewriting::Outcome& outcome)
 
 // Hooks -----------------------------------------------------------------------------------------
 
-template <class Hook> void Runtime::tell(Hook hook)
+template <class Hook>
+void Runtime::tell(Hook hook)
 {
     if (!m_debugger)
         return;
@@ -261,7 +263,8 @@ void Runtime::sourceParsed(const Rewriting::SourceInfo& source, int errorLine)
 
 namespace {
 
-template <class Ask> Rewriting::TextAnswer askInterpreter(Rewriting::ScriptRuntime& script, Ask ask)
+template <class Ask>
+Rewriting::TextAnswer askInterpreter(Rewriting::ScriptRuntime& script, Ask ask)
 {
     try {
         UString error;
@@ -284,9 +287,8 @@ Rewriting::TextAnswer Runtime::resolveModule(const QString& name, const QString&
 
 Rewriting::TextAnswer Runtime::readModule(const QString& path)
 {
-    return askInterpreter(*m_script, [&](UString* error) {
-        return m_interpreter->loadModuleCode(UString(path), error);
-    });
+    return askInterpreter(
+        *m_script, [&](UString* error) { return m_interpreter->loadModuleCode(UString(path), error); });
 }
 
 } // namespace KJS

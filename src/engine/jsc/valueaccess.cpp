@@ -7,7 +7,9 @@
 namespace KJS {
 
 OpaqueImp::OpaqueImp(Runtime* runtime, JSValueRef value, Type type)
-    : m_runtime(runtime), m_value(value), m_type(type)
+    : m_runtime(runtime)
+    , m_value(value)
+    , m_type(type)
 {
     JSValueProtect(runtime->context(), value);
     runtime->opaques().insert(this);
@@ -53,7 +55,8 @@ Value ValueAccess::fromScript(Runtime& runtime, JSValueRef value)
         return Value(new StringImp(text ? toQString(text.get()) : QStringLiteral("")));
     }
     case kJSTypeObject:
-        return Value(runtime.implementation(JSValueToObject(context, value, nullptr)));
+        // of that type, it is an object's reference
+        return Value(runtime.implementation(const_cast<JSObjectRef>(value)));
     case kJSTypeSymbol:
         return Value(new OpaqueImp(&runtime, value, SymbolType));
     case kJSTypeBigInt:
@@ -77,8 +80,7 @@ JSObjectRef referenceIn(Runtime& runtime, ExecState* exec, ObjectImp* object)
         return ObjectAccess::reference(object);
     if (ObjectAccess::isUnborn(object))
         return runtime.bear(object);
-    refuse(exec, owner ? "The object belongs to another interpreter"
-                       : "The object's interpreter has ended");
+    refuse(exec, owner ? "The object belongs to another interpreter" : "The object's interpreter has ended");
     return nullptr;
 }
 

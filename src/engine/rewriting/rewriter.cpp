@@ -6,6 +6,7 @@
 
 #include <QCryptographicHash>
 #include <QHash>
+#include <QScopedValueRollback>
 
 extern "C" {
 unsigned jsc_get_major_version(void);
@@ -79,6 +80,7 @@ public:
     SourceTable sources;
     TextCache disk;
     std::unique_ptr<ToolContext> toolContext;
+    bool isBusy = false;
     QHash<QByteArray, std::shared_ptr<const RewrittenText>> memory;
 };
 
@@ -114,6 +116,7 @@ std::shared_ptr<const RewrittenText> Rewriter::rewrite(const QString& text, Sour
     if (isFile)
         rewritten = d->disk.find(key);
     if (!rewritten) {
+        const QScopedValueRollback<bool> busy(d->isBusy, true);
         rewritten = d->tool().rewrite(text, kind, flavour);
         if (rewritten && isFile)
             d->disk.store(key, *rewritten);
@@ -133,7 +136,13 @@ void Rewriter::setCacheFolder(const QString& folder)
 
 QString Rewriter::withoutModuleSyntax(const QString& text, QString* parserMessage, int* parserLine)
 {
+    const QScopedValueRollback<bool> busy(d->isBusy, true);
     return d->tool().withoutModuleSyntax(text, parserMessage, parserLine);
+}
+
+bool Rewriter::isBusy() const
+{
+    return d->isBusy;
 }
 
 bool Rewriter::toolLoaded() const

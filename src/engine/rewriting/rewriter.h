@@ -69,6 +69,9 @@ public:
      */
     QString withoutModuleSyntax(const QString& text, QString* parserMessage, int* parserLine);
 
+    /** Whether the parser is at work: that is no script's time, and must not be cut off. */
+    bool isBusy() const;
+
     /** Whether the parser had to be loaded so far. */
     bool toolLoaded() const;
 

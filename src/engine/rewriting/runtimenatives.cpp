@@ -3,6 +3,9 @@
 #include "engine/rewriting/errortexts.h"
 #include "engine/rewriting/scriptruntime_p.h"
 
+extern "C" void JSGlobalContextSetUnhandledRejectionCallback(JSGlobalContextRef, JSObjectRef function,
+                                                             JSValueRef* exception);
+
 namespace KJS::Rewriting {
 
 namespace {
@@ -34,8 +37,13 @@ JSValueRef callback(JSContextRef context, JSObjectRef, JSObjectRef, size_t count
 {
     Runtime* runtime = Runtime::of(context);
     JSValueRef result = nullptr;
-    if (runtime)
-        result = function({*runtime, context, count, arguments, exception});
+    if (runtime) {
+        try {
+            result = function({*runtime, context, count, arguments, exception});
+        } catch (...) { // C++ exceptions must not unwind the engine's frames
+            *exception = runtime->q->carryCurrentException();
+        }
+    }
     return result ? result : JSValueMakeUndefined(context);
 }
 
@@ -61,6 +69,12 @@ JSValueRef thrown(const Call& call)
 {
     call.runtime.exceptionThrown(call.at(0), call.frame(1), JSValueToBoolean(call.context, call.at(2)));
     return nullptr;
+}
+
+JSValueRef isHost(const Call& call)
+{
+    JSObjectRef object = asObject(call.context, call.at(0));
+    return JSValueMakeBoolean(call.context, object && call.runtime.hooks.isHostObject(call.context, object));
 }
 
 JSValueRef has(const Call& call)
@@ -173,6 +187,12 @@ JSValueRef place(const Call& call)
     return nullptr;
 }
 
+JSValueRef rejected(const Call& call)
+{
+    call.runtime.hooks.rejectionUnhandled(call.at(1));
+    return nullptr;
+}
+
 struct Member
 {
     const char* name;
@@ -184,6 +204,7 @@ constexpr Member members[] = {
     {"entered", callback<entered>},
     {"left", callback<left>},
     {"thrown", callback<thrown>},
+    {"isHost", callback<isHost>},
     {"has", callback<has>},
     {"evalCode", callback<evalCode>},
     {"functionCode", callback<functionCode>},
@@ -208,6 +229,12 @@ JSObjectRef ScriptRuntime::Private::makeHost()
     add("slots", frames.makeSlotArray(context));
     add("functions", frames.makeFunctionArray(context));
     return host;
+}
+
+void ScriptRuntime::Private::watchRejections()
+{
+    JSGlobalContextSetUnhandledRejectionCallback(
+        context, JSObjectMakeFunctionWithCallback(context, nullptr, callback<rejected>), nullptr);
 }
 
 JSValueRef ScriptRuntime::Private::makeError(const QString& message)
@@ -255,7 +282,11 @@ void ScriptRuntime::Private::describe(JSObjectRef error, int frame)
     if (!url.isEmpty() && running && url != running->url)
         if (const SourceInfo* other = rewriter.sources().newestOf(url))
             sourceId = other->id;
-    if (!JSValueIsNumber(context, read("line")))
+    // helpers of ours stand for the statement that uses them (a stack overflow may happen there)
+    const bool isHelper = url == QLatin1String(preludeUrl);
+    if (isHelper && running)
+        set("sourceURL", makeString(context, running->url));
+    if (isHelper || !JSValueIsNumber(context, read("line")))
         set("line", number(frames.line(frame)));
     const int line = static_cast<int>(JSValueToNumber(context, read("line"), nullptr));
     if (JSValueIsUndefined(context, read("sourceId")))

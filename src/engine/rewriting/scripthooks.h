@@ -22,8 +22,8 @@ struct TextAnswer
 
 /**
  * What a ScriptRuntime tells and asks. Called on the script's thread, inside script execution; a hook
- * may run script of the same runtime. C++ exceptions must not leave a hook: use
- * ScriptRuntime::carryCurrentException where one has to reach the outermost native call.
+ * may run script of the same runtime. A C++ exception that leaves a hook ends the run: script
+ * cannot catch it, and the outermost native call throws it on.
  *
  * Statement and frame hooks come only while the flag is up (ScriptRuntime::setHooksWanted). Frames
  * are numbered as in FrameStack; in each of the three the frame is the top of the stack.
@@ -47,6 +47,9 @@ public:
      */
     virtual void exceptionThrown(JSValueRef /*value*/, bool /*caught*/, int /*frame*/) {}
 
+    /** After the promise jobs of a run: a rejected promise that nobody handles. */
+    virtual void rejectionUnhandled(JSValueRef /*reason*/) {}
+
     /**
      * A text gets an id, before any of it runs: scripts, modules, evals, Function constructors (whose
      * text is the whole function expression). `errorLine` is 0, or the line of its syntax error when
@@ -59,9 +62,15 @@ public:
     /** The text of a module; sourceParsed for that text follows at once. */
     virtual TextAnswer readModule(const QString& path) = 0;
 
+    /** Whether an object answers `in` by hostHasProperty: objects of classes of ours do. */
+    virtual bool isHostObject(JSContextRef, JSObjectRef object)
+    {
+        return JSObjectGetPrivate(object) != nullptr;
+    }
+
     /**
-     * `key in object` for an object of a class of ours; nothing when it is an ordinary object, then
-     * the engine answers. An exception goes to `*exception`.
+     * `key in object` for a host object; nothing leaves the answer to the engine. The key is a string
+     * or a symbol. An exception goes to `*exception`.
      */
     virtual std::optional<bool> hostHasProperty(JSContextRef, JSObjectRef /*object*/, JSValueRef /*key*/,
                                                 JSValueRef* /*exception*/)

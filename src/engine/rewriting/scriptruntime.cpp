@@ -172,16 +172,23 @@ void ScriptRuntime::setTimeLimit(double seconds, std::function<bool()> shouldSto
 {
     d->timeLimit = seconds;
     d->shouldStop = std::move(shouldStop);
+    d->armTimeLimit();
+}
+
+void ScriptRuntime::Private::armTimeLimit()
+{
     const auto ask = [](JSContextRef, void* data) {
         Private* runtime = static_cast<Private*>(data);
-        if (!runtime->shouldStop || runtime->shouldStop()) {
+        const bool mayStop = !runtime->rewriter.isBusy();
+        if (mayStop && (!runtime->shouldStop || runtime->shouldStop())) {
             runtime->isStopping = true;
             runtime->frames.word(FrameStack::PendingWord) = 1;
             return true;
         }
-        return false; // the engine asks again after the same time
+        runtime->armTimeLimit(); // the engine asks only once
+        return false;
     };
-    JSContextGroupSetExecutionTimeLimit(d->rewriter.group(), seconds, ask, d.get());
+    JSContextGroupSetExecutionTimeLimit(rewriter.group(), timeLimit, ask, this);
 }
 
 void ScriptRuntime::clearTimeLimit()

@@ -16,10 +16,10 @@ namespace {
 
 // Names that rewritten code uses behind its prefix, and what the prelude calls them.
 constexpr const char* helperNames[][2] = {
-    {"I", "I"},   {"N", "N"},   {"T", "T"},     {"E", "E"},     {"M", "M"},       {"no", "no"},
-    {"s", "s"},   {"n", "n"},   {"o", "o"},     {"x", "x"},     {"c", "c"},       {"k", "k"},
-    {"g", "g"},   {"p", "p"},   {"q", "q"},     {"w", "w"},     {"P", "P"},       {"R", "R"},
-    {"ev", "ev"}, {"eq", "eq"}, {"in", "isIn"}, {"imp", "imp"}, {"name", "name"},
+    {"I", "I"},   {"N", "N"}, {"T", "T"},   {"E", "E"},     {"M", "M"},     {"no", "no"},
+    {"s", "s"},   {"n", "n"}, {"o", "o"},   {"x", "x"},     {"c", "c"},     {"k", "k"},
+    {"g", "g"},   {"p", "p"}, {"q", "q"},   {"w", "w"},     {"P", "P"},     {"R", "R"},
+    {"ev", "ev"}, {"Y", "Y"}, {"eq", "eq"}, {"in", "isIn"}, {"imp", "imp"}, {"name", "name"},
 };
 constexpr char defaultPrefix[] = "$t$";
 constexpr int evalLimit = 256; // texts of evals that are remembered
@@ -62,15 +62,9 @@ ScriptRuntime::Private::~Private()
 
 ScriptRuntime::Private* ScriptRuntime::Private::of(JSContextRef context)
 {
-    static thread_local JSGlobalContextRef lastContext = nullptr;
-    static thread_local Private* last = nullptr;
-    JSGlobalContextRef global = JSContextGetGlobalContext(context);
-    if (global != lastContext || !last || registry().find(global) == registry().end()) {
-        auto found = registry().find(global);
-        lastContext = global;
-        last = found == registry().end() ? nullptr : found->second;
-    }
-    return last;
+    // a context's address may come again after it: nothing is remembered beside the registry
+    const auto found = registry().find(JSContextGetGlobalContext(context));
+    return found == registry().end() ? nullptr : found->second;
 }
 
 void ScriptRuntime::Private::installPrelude()
@@ -107,6 +101,7 @@ void ScriptRuntime::Private::installPrelude()
     scopeArray = keep("E");
     noThis = keep("no");
     errorClass = keep("Error");
+    watchRejections();
 }
 
 void ScriptRuntime::Private::ensurePrefix(const QString& prefix)
@@ -223,8 +218,12 @@ void ScriptRuntime::Private::announceEntered(int frame)
 void ScriptRuntime::Private::unwindTo(int frame)
 {
     for (int left = frames.depth(); left > frame; --left) {
-        if (q->hooksWanted())
-            hooks.frameLeft(left);
+        try {
+            if (q->hooksWanted())
+                hooks.frameLeft(left);
+        } catch (...) {
+            q->carryCurrentException();
+        }
         frames.setDepth(left - 1);
     }
     frames.setDepth(frame);

@@ -55,6 +55,7 @@ public:
     // runtimenatives.cpp: what the prelude calls
 
     JSObjectRef makeHost();
+    void watchRejections();
     void exceptionThrown(JSValueRef value, int frame, bool isCaught);
     /** Line, source and author's texts of an error object. */
     void describe(JSObjectRef error, int frame);
@@ -71,6 +72,7 @@ public:
 
     // running
 
+    void armTimeLimit();
     void beginRun();
     /** After the run: frames as before it, jobs done when it was the outermost, C++ exceptions on. */
     Outcome endRun(int frame, JSValueRef value, JSValueRef exception);

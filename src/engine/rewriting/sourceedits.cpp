@@ -79,7 +79,9 @@ int EditMap::originalColumn(int originalOffset) const
 QString EditMap::originalOf(const QString& piece, int line) const
 {
     const int from = offsetOf(line, 1);
-    const int found = from < 0 ? -1 : m_code.indexOf(piece, from);
+    int found = from < 0 ? -1 : m_code.indexOf(piece, from);
+    if (found < 0 && from >= 0) // the line may be that of the piece's end
+        found = m_code.lastIndexOf(piece, from);
     if (found < 0)
         return {};
     const int start = originalOffset(found);

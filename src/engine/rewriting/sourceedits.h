@@ -24,8 +24,8 @@ public:
     int originalColumn(int originalOffset) const;
 
     /**
-     * The author's text for a piece of the code that is looked for from a line on; a null text when
-     * the piece does not occur there.
+     * The author's text for a piece of the code that is looked for from a line on, then before it; a
+     * null text when the piece does not occur.
      */
     QString originalOf(const QString& piece, int line) const;
 

@@ -187,8 +187,10 @@ private:
         if (const Class* container = containerClassOf(m_exec, value); container && container == target)
             return jsToObject(m_exec, value, target);
         const QString text = QStrFromObj(m_exec, value);
+        // A map stands for the name of an object.
+        const QString name = isKJSMap(value, m_exec) ? JSScriptArgument(m_exec, value).toRealName() : text;
         const SharedPtr<Object> converted =
-            convertTo(Inspector::self()->createString(text), target, indirect);
+            convertTo(Inspector::self()->createString(name), target, indirect);
         if (!converted)
             return fail(QStringLiteral("Failed to convert argument '%1' of type %2 to type %3")
                             .arg(text, plainTypeName(m_exec, value), target->name()));

@@ -48,7 +48,7 @@ bool JsDebugger::sourceParsed(KJS::ExecState*, int sourceId, const KJS::UString&
 {
     if (!jsSourceFile)
         return true; // text that is no file, such as what eval is given, stays unknown
-    Torvix::Debugger::self()->setCode(sourceId, *jsSourceFile);
+    setCode(sourceId, *jsSourceFile);
     jsSourceFile.reset();
     return true;
 }
@@ -57,7 +57,7 @@ bool JsDebugger::exception(KJS::ExecState* exec, const KJS::Value& value, bool c
 {
     // Later the frames are gone.
     if (!caught)
-        Interpreter::self()->setErrorCallStack(callStack());
+        Torvix::Debugger::interpreter()->setErrorCallStack(callStack());
     return KJS::Debugger::exception(exec, value, caught);
 }
 

@@ -9,7 +9,7 @@
 #include "interpreter/js/remoteobjectmodelholder.h"
 #include "objectmodel/inspector.h"
 
-#include <QLoggingCategory>
+#include <QtDebug>
 
 using namespace Torvix;
 
@@ -81,9 +81,8 @@ KJS::Value JsFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::L
         return argError(exec, KJS::GeneralError,
                         QStringLiteral("Cannot call function or method, class not found."));
     const SharedPtr<Object> target = jsUnWrap(exec, thisObj);
-    auto* interpreter = static_cast<JsInterpreter*>(Interpreter::self());
-    const JsInterpreter::ExecStateScope state(interpreter, exec);
-    const RemoteObjectModelHolder access(interpreter->runnerInterface());
+    const JsInterpreter::ExecStateScope state(JsInterpreter::self(), exec);
+    const RemoteObjectModelHolder access(JsInterpreter::self()->runnerInterface());
     return callOverload(exec, cls, cls->methods(m_name), target, args);
 }
 

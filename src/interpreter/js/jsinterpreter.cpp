@@ -276,7 +276,7 @@ void JsInterpreter::fetchErrorInfo(KJS::ExecState* exec, const KJS::Value* excep
     if (const int line = positiveProperty(exec, error, "line"))
         setErrorLine(line);
     if (const int sourceId = positiveProperty(exec, error, "sourceId"))
-        setErrorFile(Debugger::self()->findSourceId(sourceId));
+        setErrorFile(debugger()->findSourceId(sourceId));
 }
 
 void JsInterpreter::fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception)

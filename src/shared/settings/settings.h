@@ -20,7 +20,9 @@ namespace Torvix {
  * the later flush() wins. There is no lock.
  *
  * Keys may form a tree with '/' between the levels. All operations, but not the reader of the file,
- * normalize a key: one '/' at either end is removed, '=' becomes '_', and "//" becomes "/".
+ * normalize a key: one '/' at either end is removed, '=' becomes '_', and "//" becomes "/". Names of groups
+ * and keys are not quoted in the file: to come back they must be one line without blanks at the ends, and
+ * a key must not begin with '#' or '['.
  *
  * Nothing throws. What is missing or cannot be read gives the caller's default, and what is wrong with
  * the file's text is a warning in Qt's message log.

@@ -33,7 +33,9 @@ public:
 
     void finish()
     {
-        m_cells.append(m_copied ? m_cells.addition(m_copy) : m_cells.inBase(m_stretch));
+        m_cells.append(m_copied            ? m_cells.addition(m_copy)
+                       : m_stretch.empty() ? PackedCells::Slice()
+                                           : m_cells.inBase(m_stretch));
         m_stretch = {};
         m_copied = false;
     }

@@ -13,7 +13,7 @@ constexpr unsigned MaxRows = 1048576;
 constexpr unsigned MaxColumns = 16384;
 /** The bounds of what one table may hold in memory: rows out of order may come again and again. */
 constexpr std::size_t MaxRecords = MaxRows;
-constexpr std::size_t MaxCells = std::size_t(1) << 26;
+constexpr std::size_t MaxCells = std::size_t(1) << 25;
 
 std::string_view textOf(const QByteArray& document)
 {

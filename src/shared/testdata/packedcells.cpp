@@ -2,11 +2,24 @@
 
 namespace Torvix {
 
-PackedCells::Slice PackedCells::inBase(std::string_view text) const
+QString textFromUtf8(std::string_view piece)
 {
-    if (text.empty())
-        return {};
-    return {static_cast<quint32>(text.data() - m_base.constData()), static_cast<quint32>(text.size())};
+    // Nearly all cells are short and ASCII, and are converted while that is found out.
+    QString text(int(piece.size()), Qt::Uninitialized);
+    auto* out = reinterpret_cast<ushort*>(text.data());
+    unsigned seen = 0;
+    for (const char c : piece) {
+        const auto byte = static_cast<unsigned char>(c);
+        seen |= byte;
+        *out++ = byte;
+    }
+    if (seen < 0x80)
+        return text;
+
+    constexpr std::string_view Mark("\xEF\xBB\xBF");
+    text = QString::fromUtf8(piece.data(), int(piece.size()));
+    // The decoder takes a mark for the start of a whole text, and drops it.
+    return piece.substr(0, Mark.size()) == Mark ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
 PackedCells::Slice PackedCells::addition(std::string_view text)
@@ -24,7 +37,7 @@ QString PackedCells::text(std::size_t cell) const
     if (slice.length == 0)
         return QStringLiteral("");
     const char* buffer = slice.start & AdditionBit ? m_additions.data() : m_base.constData();
-    return QString::fromUtf8(buffer + (slice.start & ~AdditionBit), static_cast<int>(slice.length));
+    return textFromUtf8(std::string_view(buffer + (slice.start & ~AdditionBit), slice.length));
 }
 
 } // namespace Torvix

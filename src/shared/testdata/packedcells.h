@@ -10,6 +10,9 @@
 
 namespace Torvix {
 
+/** A piece of a UTF-8 text. A byte-order mark that it begins with is a character like others. */
+QString textFromUtf8(std::string_view piece);
+
 /**
  * The cells of a whole table as slices of a few UTF-8 buffers. A table of a million rows is read and
  * held this way in two allocations; a cell becomes a QString when somebody asks for it.
@@ -33,8 +36,11 @@ public:
 
     const QByteArray& base() const { return m_base; }
 
-    /** The slice of a text that lies inside base(). */
-    Slice inBase(std::string_view text) const;
+    /** The slice of a text that lies inside base(), or just at its end. */
+    Slice inBase(std::string_view text) const
+    {
+        return {static_cast<quint32>(text.data() - m_base.constData()), static_cast<quint32>(text.size())};
+    }
     /** Copies a text to the additions. Past MaxBytes of them the text is lost and the slice empty. */
     Slice addition(std::string_view text);
 

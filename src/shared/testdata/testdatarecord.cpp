@@ -16,9 +16,9 @@ struct TestDataRecord::Private
     QVector<QString> values;
     int index;
 
+    int packedCount = 0;
     SharedPtr<const PackedCells> packed; // while set, stands in for the values
     std::size_t firstCell = 0;
-    int packedCount = 0;
 };
 
 QVector<QString>& TestDataRecord::Private::unpacked()
@@ -33,13 +33,13 @@ QVector<QString>& TestDataRecord::Private::unpacked()
 }
 
 TestDataRecord::TestDataRecord(TestDataSet* dataSet, int index)
-    : d(new Private{dataSet, {}, index, nullptr, 0, 0})
+    : d(new Private{dataSet, {}, index, 0, nullptr, 0})
 {
 }
 
 TestDataRecord::TestDataRecord(TestDataSet* dataSet, int index, SharedPtr<const PackedCells> cells,
                                std::size_t firstCell, int count)
-    : d(new Private{dataSet, {}, index, std::move(cells), firstCell, count})
+    : d(new Private{dataSet, {}, index, count, std::move(cells), firstCell})
 {
 }
 

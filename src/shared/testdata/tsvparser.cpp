@@ -40,8 +40,7 @@ QString TsvParser::nextLine()
     if (!m_reader || m_reader->atEnd())
         return QString();
     ++m_lineNumber;
-    const std::string_view line = m_reader->next();
-    return QString::fromUtf8(line.data(), int(line.size()));
+    return textFromUtf8(m_reader->next());
 }
 
 int TsvParser::countSeparator(const QString& line, char sep) const
@@ -91,7 +90,8 @@ void TsvParser::parseRecords(TestDataSet* dataSet, char sep)
         return;
     m_reader->readAll();
     const SharedPtr<PackedCells> cells(new PackedCells(m_reader->text()));
-    cells->reserve(std::size_t(m_reader->text().size()) / 8); // grows by itself where cells are shorter
+    // For cells of three characters; shorter ones make it grow, and what stays unused costs no memory.
+    cells->reserve(std::size_t(m_reader->text().size()) / 4);
     while (!m_reader->atEnd()) {
         ++m_lineNumber;
         const std::string_view line = m_reader->next();

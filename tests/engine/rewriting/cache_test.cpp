@@ -7,7 +7,7 @@
 namespace KJS::Rewriting {
 namespace {
 
-const char program[] = "var $t$x = 1; function f(a) { return a == $t$x } f(1)";
+const char program[] = "var $t$mine = 1; function f(a) { return a == $t$mine } f(1)";
 
 QStringList files(const QString& folder)
 {

@@ -40,12 +40,17 @@ const ThrowCase throwCases[] = {
     {"try{ throw 1 }finally{ try{ throw 2 }catch(e){} }", "[1 uncaught (program):1][2 caught (program):1]"},
     {"for(;;){ try{ throw 1 }finally{ break } }\nthrow 1",
      "[1 uncaught (program):1][1 uncaught (program):2]"},
-    {"try{\n throw {} }catch({a:{b}}){ }", "[[object Object] caught (program):2][TypeError: undefined is not "
-                                           "an object (evaluating '{b}') uncaught (program):2]"},
+    {"try{\n throw {} }catch({a:{b}}){ }", "[[object Object] caught (program):2][TypeError: Right side of "
+                                           "assignment cannot be destructured uncaught (program):2]"},
     {"eval('1;\\nthrow 5')", "[5 uncaught (program):2 (program):1]"},
     {"try { eval('a b') } catch (e) {}", "[SyntaxError: Unexpected identifier 'b' caught (program):1]"},
     {"new Function('\\nthrow 5')()", "[5 uncaught anonymous:4 (program):1]"},
     {"Promise.resolve().then(() => {\n throw 'job' })", "[job uncaught :2]"},
+    {"function* inner(){\n throw 1 }\nfunction* outer(){\n yield* inner() }\n[...outer()]",
+     "[1 uncaught inner:2 outer:4 (program):5]"},
+    {"function* inner(){\n yield 1;\n throw 1 }\nfunction* outer(){\n try{ yield* inner() }catch(e){} "
+     "}\n[...outer()]",
+     "[1 caught inner:3 outer:5 (program):6]"},
     {"undeclared", "[ReferenceError: Can't find variable: undeclared uncaught (program):1]"},
 };
 
@@ -87,7 +92,7 @@ const ErrorCase errorCases[] = {
      2},
     {"var f = 1;\nf(() => { return 2 })", "f is not a function. (In 'f(() => { return 2 })', 'f' is 1)", 2},
     {"new (function() { null.q })", "null is not an object (evaluating 'null.q')", 1},
-    {"'k' in\n 5", "5 is not an Object. (evaluating ''k' in\n 5')", 1},
+    {"'k' in\n 5", "5 is not an Object. (evaluating ''k' in\n 5')", 2},
     {"throw new Error('own\\n$t$ text')", "own\n$t$ text", 1},
     {"class A { m() {\n return this.x.y } }\nnew A().m()",
      "undefined is not an object (evaluating 'this.x.y')", 2},
@@ -122,7 +127,7 @@ TEST(Exceptions, StackShowsTheAuthorsPlacesOnly)
                        "var o = {valueOf() { inner() }};\nfunction outer() { return o == 1 }\n  outer();"),
         QStringLiteral("file.js"));
     const QString stack = world.context.errorText(outcome.exception, "stack");
-    EXPECT_EQ(stack.toStdString(), "inner@file.js:2:31\nvalueOf@file.js:4:27\nouter@file.js:5:27\n"
+    EXPECT_EQ(stack.toStdString(), "inner@file.js:2:31\nvalueOf@file.js:4:27\nouter@file.js:5:28\n"
                                    "global code@file.js:6:8");
 }
 

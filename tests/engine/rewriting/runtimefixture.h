@@ -126,6 +126,10 @@ public:
         if (atStatement)
             atStatement(frame);
     }
+    void rejectionUnhandled(JSValueRef reason) override
+    {
+        rejections += stringOf(runtime->context(), reason) + QLatin1Char(' ');
+    }
     void exceptionThrown(JSValueRef value, bool caught, int frame) override
     {
         if (onException)
@@ -138,6 +142,7 @@ public:
     std::function<void(JSValueRef value, bool caught, int frame)> onException;
     QString parsed;
     QString faults;
+    QString rejections;
     int shadow = 0;
     int events = 0;
 

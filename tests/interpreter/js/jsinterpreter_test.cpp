@@ -2,9 +2,11 @@
 
 #include "engine/error.h"
 #include "interpreter/base/debugger.h"
+#include "interpreter/js/jsobject.h"
 #include "interpreter/js/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/inspector.h"
+#include "objectmodel/localmodel.h"
 
 namespace Torvix {
 namespace {
@@ -157,6 +159,22 @@ TEST_F(JsInterpreterTest, TestOutcomesEndACallWithoutAnError)
     EXPECT_TRUE(interpreter->errorMessage().isEmpty()) << "but no error";
 }
 
+TEST_F(JsInterpreterTest, AnExceptionOfAnEarlierCallDisturbsNothing)
+{
+    run("function bad() { throw new Error('first'); }"
+        "Object.defineProperty(globalThis, 'late', {get() { return function() {}; }, configurable: true});");
+    EXPECT_FALSE(interpreter->call("bad", {}));
+    EXPECT_TRUE(exec()->hadException()) << "it stays until the next call";
+    EXPECT_TRUE(interpreter->hasFunction("late"));
+    EXPECT_EQ(text("({toString() { return 'text' }})"), "text");
+    EXPECT_EQ(interpreter->lastResult()->toString(), "text");
+    EXPECT_FALSE(run("throw {get message() { return 'second' }, get line() { return 9 }}"));
+    EXPECT_EQ(interpreter->errorMessage(), "second");
+    EXPECT_EQ(interpreter->errorLine(), 9);
+    EXPECT_TRUE(interpreter->call("late", {}));
+    EXPECT_FALSE(exec()->hadException());
+}
+
 TEST_F(JsInterpreterTest, CallBacksAreCalledByIdentifier)
 {
     run("var count = 0; var f = function() { ++count; }");
@@ -280,6 +298,65 @@ TEST_F(JsInterpreterTest, ItsEndLeavesNoObjectAlive)
     EXPECT_EQ(ScriptContext::current(), nullptr);
 }
 
+/** An application in this process, there before the interpreter is made. */
+class JsInterpreterWithApplicationTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        auto owned = std::make_unique<LocalModel>();
+        model = owned.get();
+        model->addClass("Base").enumerator("Corner", {{"TopLeft", 3}, {"Bottom", -1}});
+        model->addClass("Global").superClass("Base").enumerator("Side", {{"Left", 7}});
+        model->setGlobalClass("Global");
+        model->addClass("Shape");
+        model->addObject("Shape", "first");
+        Inspector::self()->addApplication(std::move(owned));
+        interpreter = std::make_unique<JsInterpreter>(&runner);
+    }
+    void TearDown() override
+    {
+        interpreter.reset();
+        Inspector::self()->reset();
+    }
+    QString text(const char* code)
+    {
+        EXPECT_TRUE(interpreter->evaluate(code, "test.js", false, false))
+            << interpreter->errorMessage().toStdString();
+        return interpreter->resultMessage();
+    }
+
+    LocalModel* model = nullptr;
+    DummyRunnerInterface runner;
+    std::unique_ptr<JsInterpreter> interpreter;
+};
+
+TEST_F(JsInterpreterWithApplicationTest, EnumeratorsOfTheGlobalClassAreHiddenConstants)
+{
+    EXPECT_EQ(text("[TopLeft, Bottom, Left, 'Left' in globalThis].join()"), "3,-1,7,true");
+    EXPECT_EQ(text("var found = 'no'; for (var name in globalThis) if (name == 'Left') found = 'yes'; found"),
+              "no");
+}
+
+TEST_F(JsInterpreterWithApplicationTest, ItsEndReleasesEveryObjectOfTheApplication)
+{
+    const auto find = [](KJS::ExecState* exec, KJS::Object&, const KJS::List&) {
+        return jsWrap(exec, Inspector::self()->findObject(QString("{name='first'}")));
+    };
+    KJS::ExecState* exec = interpreter->getGlobalExecState();
+    KJS::Object global = exec->interpreter()->globalObject();
+    global.put(exec, "find", new ExtraFunctionImp(find, 0));
+    text("var kept = find(), list = [find(), {deep: find()}];"
+         "var f = (function() { var inner = find(); return function() { return inner; }; })();"
+         "class Holder { #held = find(); static one = new Holder; } find()");
+    interpreter->registerCallBack(KJS::Object::dynamicCast(global.get(exec, "f")));
+    EXPECT_FALSE(interpreter->evaluate("throw find()", "test.js", false, false));
+    EXPECT_GE(model->references(), 6);
+    interpreter.reset();
+    Inspector::self()->processEvents(0); // releases travel with the next exchange
+    EXPECT_EQ(model->references(), 0);
+}
+
 TEST_F(JsInterpreterTest, ARunawayScriptIsEnded)
 {
     interpreter->setTimeLimit(50);
@@ -287,6 +364,22 @@ TEST_F(JsInterpreterTest, ARunawayScriptIsEnded)
     EXPECT_EQ(interpreter->errorMessage(), "Script stopped after 50 ms");
     interpreter->setTimeLimit(0);
     EXPECT_EQ(text("1 + 1"), "2");
+}
+
+TEST_F(JsInterpreterTest, ErrorsBelongToTheInterpreterThatThrew)
+{
+    DummyRunnerInterface otherRunner;
+    JsInterpreter other(&otherRunner);
+    ASSERT_EQ(Interpreter::self(), &other);
+    EXPECT_FALSE(run("\nthrow 'here'"));
+    EXPECT_EQ(interpreter->errorFile(), script);
+    EXPECT_EQ(interpreter->errorLine(), 2);
+    EXPECT_FALSE(run("\n\nthrow new Error('here')"));
+    EXPECT_EQ(interpreter->errorFile(), script);
+    EXPECT_TRUE(other.errorCallStack().empty());
+    Interpreter::setSelf(nullptr);
+    EXPECT_FALSE(run("\n\n\nthrow 'here'"));
+    EXPECT_EQ(interpreter->errorLine(), 4);
 }
 
 TEST_F(JsInterpreterTest, InterpretersNest)

@@ -1,7 +1,5 @@
 #include "interpreter/js/apitest.h"
 
-#include <QElapsedTimer>
-
 namespace Torvix {
 namespace {
 
@@ -57,11 +55,8 @@ TEST_F(JsScriptFunctionsTest, SourceRunsAFileInTheGlobalScope)
 
 TEST_F(JsScriptFunctionsTest, WaitForPollsUntilTrueOrTheTimeIsOver)
 {
-    QElapsedTimer timer;
-    timer.start();
     EXPECT_EQ(text("waitFor('1 == 1') && waitFor(() => 'yes', 5)"), "true");
-    EXPECT_LT(timer.elapsed(), 90) << "true at once does not sleep";
-    EXPECT_EQ(environmentRunner.serviced, 0);
+    EXPECT_EQ(environmentRunner.serviced, 0) << "true at once does not sleep";
     EXPECT_EQ(text("var n = 0; [waitFor(function() { return ++n == 3 }), n].join()"), "true,3");
     EXPECT_EQ(environmentRunner.serviced, 2);
     EXPECT_EQ(text("n = 0; [waitFor(() => { ++n; return false }, 0), n <= 2].join()"), "false,true");

@@ -28,6 +28,7 @@ TEST(TsvParser, LogicalLines)
                     10),
          {"a,", "ä"}},
         {"a\xFFz\n", {"a\uFFFDz"}},
+        {"a\n\uFEFFb\n", {"a", QString(QChar(0xFEFF)) + "b"}}, // a mark only at the start of the file
         {"", {}},
     };
     for (const auto& [content, lines] : cases) {
@@ -83,6 +84,7 @@ TEST(TsvParser, CellsOfALine)
         {"\"a\"\",\"\"b\",\"c\nd\"", "a\",\"b|c\nd"},
         {"ä\"ö\"\"ü\"", "äö\"ü"},
         {"  a , b ", "  a | b "},
+        {"a,\uFEFFb", "a|\uFEFFb"},
     };
     for (const auto& [line, cells] : cases) {
         const Table table(new TsvTestDataSet(files.path("f"), ','));

@@ -6,9 +6,8 @@ class SourceEdits {
         this.text = text;
         this.list = [];
         this.lineStarts = [0];
-        for (let i = 0; i < text.length; i++)
-            if (isLineEnd(text[i]) && !(text[i] === '\r' && text[i + 1] === '\n'))
-                this.lineStarts.push(i + 1);
+        for (const {index, 0: end} of text.matchAll(/\r\n?|[\n\u2028\u2029]/g))
+            this.lineStarts.push(index + end.length);
         this.lastLine = 0;
     }
 

@@ -82,13 +82,17 @@ passMethods({
         const {operator, left, right} = node;
         const isEquality = (operator === '==' || operator === '!=') &&
             !isSurelyPrimitive(left) && !isSurelyPrimitive(right);
-        if (!isEquality && (operator !== 'in' || left.type === 'PrivateIdentifier')) {
+        if (!isEquality) {
             this.expression(left, context);
+            const asks = operator === 'in' && left.type !== 'PrivateIdentifier';
+            if (asks)
+                this.insert(right.start, ` ${this.prefix}in(`);
             this.expression(right, context);
+            if (asks)
+                this.insert(right.end, ')');
             return;
         }
-        const helper = this.prefix + (isEquality ? 'eq' : 'in');
-        this.insert(node.start, `${operator === '!=' ? ' !' : ' '}${helper}(`);
+        this.insert(node.start, `${operator === '!=' ? ' !' : ' '}${this.prefix}eq(`);
         this.expression(left, context);
         this.insert(skipBlanks(this.text, left.end), ',', 2);
         this.expression(right, context);

@@ -68,7 +68,7 @@ passMethods({
         const thisMayFail = isDerivedConstructor || isArrow && outer.thisMayFail;
         const heals = Boolean(node.async) && /\bfor\b[^(]*\bawait\b/.test(this.text.slice(node.start, node.end));
         const context = new FrameContext({depth, functionId: id, suspends, heals, thisMayFail,
-            keepsThis: details.keepsThis,
+            keepsThis: details.keepsThis, isAsyncGenerator: Boolean(node.generator && node.async),
             superDepth: isDerivedConstructor ? this.prefix + 'ctor' : isArrow ? outer.superDepth : ''});
         const enter = `${suspends ? 'let ' : 'const '}${depth}=++${this.I}[0]` +
             `${suspends ? ',' + this.r : ''};${this.prefix}N[${depth}]=${id};` +

@@ -13,10 +13,14 @@ class FrameContext {
         this.isParameter = false;
         this.isAsync = false;    // parameters of an async function
         this.suspends = false;   // generators and async functions
+        this.isAsyncGenerator = false;
         this.heals = false;      // has for await: statements re-enter the frame when needed
         this.tries = 0;          // try blocks with a catch around this place
         this.loopTries = 0;      // the same at the innermost loop or switch
-        this.finals = 0;         // finally blocks around this place
+        // whether these leave a finally block, and with it drop the exception that is in flight
+        this.dropsByThrow = false;
+        this.dropsByReturn = false;
+        this.dropsByJump = false;
         this.awaitsInHead = false; // in the head of for await
         this.scope = 0;          // debug flavour: number of the innermost scope
         this.outerScopes = [];
@@ -58,6 +62,16 @@ class Pass {
         this.functions.push({start, end: node.end, line: this.lineOf(start), name: name || '', isAsync,
             isGenerator, keepsThis});
         return this.prefix + 'F' + String(local).padStart(6, '0');
+    }
+
+    /** Runs `rewrite` with some members of a context changed. */
+    within(context, changes, rewrite) {
+        const before = {};
+        for (const name in changes)
+            before[name] = context[name];
+        Object.assign(context, changes);
+        rewrite();
+        Object.assign(context, before);
     }
 
     leaveText(depth) {

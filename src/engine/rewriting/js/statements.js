@@ -46,7 +46,7 @@ passMethods({
             context.tries = context.loopTries;
         let text = this.hookText(statement.start, context);
         context.tries = tries;
-        if (isJump && context.finals)
+        if (isJump && context.dropsByJump)
             text += `,${this.I}[2]=0`;
         const plain = !context.isProgram || VALUE_STATEMENTS.has(statement.type);
         this.insert(statement.start, plain ? text + ';' : this.quiet(text, context));
@@ -111,7 +111,7 @@ passMethods({
         case 'ForOfStatement': this.forEachStatement(node, context); return;
         case 'SwitchStatement': this.switchStatement(node, context); return;
         case 'ThrowStatement':
-            if (context.finals)
+            if (context.dropsByThrow)
                 this.insert(node.start, `${this.I}[2]=0;`);
             this.expression(node.argument, context);
             return;
@@ -141,7 +141,7 @@ passMethods({
     },
 
     returnStatement(node, context) {
-        if (context.finals)
+        if (context.dropsByReturn)
             this.insert(node.start, `${this.I}[2]=0;`);
         if (!node.argument) {
             context.returns.push({before: this.insert(node.start, ''), after: null, argument: null});
@@ -163,10 +163,8 @@ passMethods({
     },
 
     loopBody(node, context, names) {
-        const loopTries = context.loopTries;
-        context.loopTries = context.tries;
-        this.body(node, context, names);
-        context.loopTries = loopTries;
+        this.within(context, {loopTries: context.tries, dropsByJump: false},
+            () => this.body(node, context, names));
     },
 
     headNames(declaration) {
@@ -209,14 +207,12 @@ passMethods({
     switchStatement(node, context) {
         this.expression(node.discriminant, context);
         const all = [].concat(...node.cases.map(item => item.consequent));
-        const loopTries = context.loopTries;
-        context.loopTries = context.tries;
-        this.shadow(lexicalNames(all), () => {
-            for (const item of node.cases) {
-                this.expression(item.test, context);
-                this.statements(item.consequent, context);
-            }
-        });
-        context.loopTries = loopTries;
+        this.within(context, {loopTries: context.tries, dropsByJump: false},
+            () => this.shadow(lexicalNames(all), () => {
+                for (const item of node.cases) {
+                    this.expression(item.test, context);
+                    this.statements(item.consequent, context);
+                }
+            }));
     },
 });

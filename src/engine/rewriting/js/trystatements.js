@@ -6,12 +6,12 @@ passMethods({
         const {block, handler, finalizer} = node;
         if (finalizer && handler)
             this.insert(node.start, 'try{');
-        if (handler)
-            context.tries++;
-        this.block(block, context);
         if (handler) {
-            context.tries--;
+            this.within(context, {tries: context.tries + 1, dropsByThrow: false},
+                () => this.block(block, context));
             this.catchClause(handler, context);
+        } else {
+            this.block(block, context);
         }
         if (finalizer)
             this.finallyClause(handler ? handler.end : block.end, handler ? '}' : '', finalizer, context);
@@ -56,8 +56,7 @@ passMethods({
             `throw ${this.prefix}x(${this.e},${context.depth})}`);
         if (resume)
             this.insert(finalizer.start + 1, this.quiet(resume, context));
-        context.finals++;
-        this.block(finalizer, context);
-        context.finals--;
+        this.within(context, {dropsByThrow: true, dropsByReturn: true, dropsByJump: true},
+            () => this.block(finalizer, context));
     },
 });

@@ -33,8 +33,10 @@ function evaluateIn(depth, text, thisValue) {
     return apply(evaluateWith, thisValue, [scope, text]);
 }
 
-/** Lets go of what the frames above the depth held. */
+/** Lets go of what the frames above the depth held, and of exceptions that have landed. */
 function truncate(depth) {
+    if (I[2] === 0)
+        flying = [];
     if (T.length > depth + 1)
         T.length = depth + 1;
     if (E.length > depth + 1)

@@ -3,6 +3,7 @@
 // 2 an exception is in flight, 3 a C++ exception is (FrameStack::Word).
 
 const I = host.slots, N = host.functions;
+const ProxyClass = Proxy;
 const T = [];      // `this` of each frame; `no` where there is none yet
 const E = [];      // debug flavour: the innermost scope of each frame
 const M = [];      // namespaces that a script imports, by its program's function id

@@ -11,12 +11,15 @@ function eq(a, b) {
     return equals !== undefined && !!apply(equals, b, [b, a]);
 }
 
-/** key in object; `has` is undefined for objects that are no host's. */
-function isIn(key, object) {
-    if (typeof object === 'object' && object !== null) {
+const hostTraps = {
+    has({object}, key) {
         const has = host.has(object, key);
-        if (has !== undefined)
-            return has;
-    }
-    return key in object;
+        return has === undefined ? key in object : has;
+    },
+};
+
+/** The right side of `in`: a host object is asked itself, whatever its class tells the engine. */
+function isIn(object) {
+    return typeof object === 'object' && object !== null && host.isHost(object)
+        ? new ProxyClass({object}, hostTraps) : object;
 }

@@ -1,0 +1,313 @@
+#include "runner/commandline.h"
+
+#include "testsupport/report/reporters.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <functional>
+
+namespace Torvix {
+
+namespace {
+
+/** One option: with a value, or a flag. */
+struct Option
+{
+    const char* name;  ///< "--retries"
+    const char* value; ///< name of the value for help; null for a flag
+    const char* help;
+    /** False for a value that cannot be taken; the error is then filled. */
+    std::function<bool(const QString& value, QString* error)> take;
+};
+
+struct VerbHelp
+{
+    Verb verb;
+    const char* name;
+    const char* usage;
+    const char* summary;
+};
+
+constexpr VerbHelp verbs[] = {
+    {Verb::Run, "run", "run [options] SUITE_OR_TEST...", "run test cases and make reports"},
+    {Verb::List, "list", "list [options] SUITE_OR_TEST...", "show the test cases that run would run"},
+    {Verb::Report, "report", "report [options] STREAM...",
+     "make reports from result streams (several are joined)"},
+    {Verb::Inspect, "inspect", "inspect [options] [--] PROGRAM [ARGUMENTS...]",
+     "show the objects of an application, and the name that finds each"},
+    {Verb::Init, "init", "init PATH", "make a new suite, or in a suite a new test case tst_NAME"},
+    {Verb::Doctor, "doctor", "doctor [PROGRAM]", "tell what this machine, or an application, lacks"},
+};
+
+std::function<bool(const QString&, QString*)> setText(QString* target)
+{
+    return [target](const QString& value, QString*) {
+        *target = value;
+        return true;
+    };
+}
+
+std::function<bool(const QString&, QString*)> addText(QStringList* target)
+{
+    return [target](const QString& value, QString*) {
+        target->append(value);
+        return true;
+    };
+}
+
+std::function<bool(const QString&, QString*)> setFlag(bool* target)
+{
+    return [target](const QString&, QString*) {
+        *target = true;
+        return true;
+    };
+}
+
+std::function<bool(const QString&, QString*)> setNumber(int* target, int least)
+{
+    return [target, least](const QString& value, QString* error) {
+        bool isNumber = false;
+        *target = value.toInt(&isNumber);
+        if (isNumber && *target >= least)
+            return true;
+        *error = QStringLiteral("needs a whole number from %1, not '%2'").arg(QString::number(least), value);
+        return false;
+    };
+}
+
+std::function<bool(const QString&, QString*)> setPattern(QString* target)
+{
+    return [target](const QString& value, QString* error) {
+        *target = value;
+        const QRegularExpression pattern(value);
+        if (!pattern.isValid())
+            *error = QStringLiteral("needs a regular expression; '%1': %2").arg(value, pattern.errorString());
+        return pattern.isValid();
+    };
+}
+
+std::function<bool(const QString&, QString*)> addReporter(QVector<ReporterRequest>* target)
+{
+    return [target](const QString& value, QString* error) {
+        const ReporterRequest request{value.section(':', 0, 0), value.section(':', 1)};
+        target->append(request);
+        if (reporterByName(request.name))
+            return true;
+        QStringList known;
+        for (const Reporter& reporter : reporters())
+            known += QLatin1String(reporter.name);
+        *error = QStringLiteral("does not know '%1'; there are %2")
+                     .arg(request.name, known.join(QLatin1String(", ")));
+        return false;
+    };
+}
+
+QVector<Option> selectionOptions(RunOptions* run)
+{
+    return {
+        {"--grep", "PATTERN", "only cases whose SUITE/CASE matches the regular expression",
+         setPattern(&run->grep)},
+        {"--tags", "TAG", "only cases with this tag; repeat for more", addText(&run->tags)},
+        {"--exclude-tags", "TAG", "no cases with this tag; repeat for more", addText(&run->excludedTags)},
+    };
+}
+
+QVector<Option> reporterOptions(QVector<ReporterRequest>* target, bool* strict)
+{
+    return {
+        {"--reporter", "NAME[:PATH]", "also make this report; repeat for more", addReporter(target)},
+        {"--strict-junit", nullptr, "JUnit XML with nothing beyond the common schema", setFlag(strict)},
+    };
+}
+
+QVector<Option> optionsOf(Verb verb, CommandLine* line)
+{
+    RunOptions* run = &line->run;
+    switch (verb) {
+    case Verb::Run:
+        return selectionOptions(run) + reporterOptions(&run->reporters, &run->strictJUnit) +
+               QVector<Option>{
+                   {"--output", "DIR", "folder for stream, reports and attachments [results]",
+                    setText(&run->outputFolder)},
+                   {"--retries", "N", "run a failed case up to N times more [0]",
+                    setNumber(&run->retries, 0)},
+                   {"--max-failures", "N", "stop after N failed cases", setNumber(&run->maxFailures, 1)},
+                   {"--repeat-each", "N", "run each case N times [1]", setNumber(&run->repeatEach, 1)},
+                   {"--timeout", "SECONDS", "time for each case, instead of what the suite says",
+                    setNumber(&run->timeoutSecs, 1)},
+                   {"--last-failed", nullptr, "only cases that failed in the last run in the output folder",
+                    setFlag(&run->lastFailed)},
+                   {"--list", nullptr, "show what would run, and run nothing", setFlag(&run->listOnly)},
+                   {"--quiet", nullptr, "only failures and the summary", setFlag(&run->quiet)},
+               };
+    case Verb::List:
+        return selectionOptions(run);
+    case Verb::Report:
+        return reporterOptions(&line->report.reporters, &line->report.strictJUnit);
+    case Verb::Inspect:
+        return {
+            {"--attach", "ADDRESS", "an application that waits with TORVIX_AGENT_LISTEN=ADDRESS",
+             setText(&line->inspect.attach)},
+            {"--json", nullptr, "as JSON, with all properties", setFlag(&line->inspect.json)},
+        };
+    default:
+        return {};
+    }
+}
+
+QString generalHelp()
+{
+    QString text = QStringLiteral("usage: torvixrunner VERB [options] [arguments]\n\n"
+                                  "Tests Qt 5 applications with JavaScript.\n\nVerbs:\n");
+    for (const VerbHelp& each : verbs)
+        text +=
+            QStringLiteral("  %1 %2\n").arg(QLatin1String(each.name), -10).arg(QLatin1String(each.summary));
+    return text +
+           QStringLiteral("\ntorvixrunner VERB --help tells the options of a verb; --version the version.\n"
+                          "Exit status: 0 passed, 1 failures, 2 interrupted, 3 internal error, 4 wrong use, "
+                          "5 nothing to run.\n");
+}
+
+QString helpOf(const VerbHelp& verb)
+{
+    CommandLine ignored;
+    QString text = QStringLiteral("usage: torvixrunner %1\n\n%2.\n")
+                       .arg(QLatin1String(verb.usage), QLatin1String(verb.summary));
+    text[text.indexOf(QLatin1String("\n\n")) + 2] = text[text.indexOf(QLatin1String("\n\n")) + 2].toUpper();
+    const QVector<Option> options = optionsOf(verb.verb, &ignored);
+    if (!options.isEmpty())
+        text += QLatin1String("\nOptions:\n");
+    for (const Option& option : options) {
+        QString name = QLatin1String(option.name);
+        if (option.value)
+            name += QLatin1Char(' ') + QLatin1String(option.value);
+        text += QStringLiteral("  %1 %2\n").arg(name, -24).arg(QLatin1String(option.help));
+    }
+    if (verb.verb == Verb::Run || verb.verb == Verb::Report) {
+        text += QLatin1String("\nReporters:\n");
+        for (const Reporter& reporter : reporters())
+            text += QStringLiteral("  %1 %2\n")
+                        .arg(QLatin1String(reporter.name), -24)
+                        .arg(QLatin1String(reporter.summary));
+    }
+    return text;
+}
+
+/** The index behind the option and its value; -1 with the error filled. */
+int takeOption(const QVector<Option>& options, const QStringList& arguments, int index, const char* verb,
+               QString* error)
+{
+    const QString name = arguments[index].section('=', 0, 0);
+    const auto option = std::find_if(options.begin(), options.end(), [&name](const Option& each) {
+        return name == QLatin1String(each.name);
+    });
+    if (option == options.end()) {
+        *error =
+            QStringLiteral("unknown option '%1'; see torvixrunner %2 --help").arg(name, QLatin1String(verb));
+        return -1;
+    }
+    const bool isInline = arguments[index].contains('=');
+    if (!option->value && isInline) {
+        *error = QStringLiteral("%1 takes no value").arg(name);
+        return -1;
+    }
+    QString value;
+    if (option->value) {
+        if (!isInline && ++index >= arguments.size()) {
+            *error = QStringLiteral("%1 needs a value: %2").arg(name, QLatin1String(option->value));
+            return -1;
+        }
+        value = isInline ? arguments[index].section('=', 1) : arguments[index];
+    }
+    QString reason;
+    if (option->take(value, &reason))
+        return index + 1;
+    *error = QStringLiteral("%1 %2").arg(name, reason);
+    return -1;
+}
+
+/** What remains besides options has to fit the verb. */
+bool takeArguments(const VerbHelp& verb, const QStringList& rest, CommandLine* line, QString* error)
+{
+    const auto wrong = [&] {
+        *error = QStringLiteral("usage: torvixrunner %1").arg(QLatin1String(verb.usage));
+        return false;
+    };
+    switch (verb.verb) {
+    case Verb::Run:
+    case Verb::List:
+        line->run.paths = rest;
+        return !rest.isEmpty() || wrong();
+    case Verb::Report:
+        line->report.streams = rest;
+        return !rest.isEmpty() || wrong();
+    case Verb::Inspect:
+        line->inspect.program = rest.join(QLatin1Char(' '));
+        return rest.isEmpty() != line->inspect.attach.isEmpty() || wrong();
+    case Verb::Init:
+        line->init.path = rest.value(0);
+        return rest.size() == 1 || wrong();
+    case Verb::Doctor:
+        line->doctor.program = rest.value(0);
+        return rest.size() <= 1 || wrong();
+    default:
+        return true;
+    }
+}
+
+} // namespace
+
+std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QString* error)
+{
+    CommandLine line;
+    line.helpText = generalHelp();
+    if (arguments.isEmpty()) {
+        *error = QStringLiteral("no verb given; see torvixrunner --help");
+        return {};
+    }
+    const QString& first = arguments.first();
+    if (first == QLatin1String("--help") || first == QLatin1String("-h") || first == QLatin1String("help"))
+        return line;
+    if (first == QLatin1String("--version")) {
+        line.verb = Verb::Version;
+        return line;
+    }
+    const auto verb = std::find_if(std::begin(verbs), std::end(verbs), [&first](const VerbHelp& each) {
+        return first == QLatin1String(each.name);
+    });
+    if (verb == std::end(verbs)) {
+        *error = QStringLiteral("unknown verb '%1'; see torvixrunner --help").arg(first);
+        return {};
+    }
+    line.verb = verb->verb;
+    const QVector<Option> options = optionsOf(verb->verb, &line);
+    QStringList rest;
+    for (int i = 1; i < arguments.size();) {
+        const QString& argument = arguments[i];
+        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
+            CommandLine help;
+            help.helpText = helpOf(*verb);
+            return help;
+        }
+        // What follows an application's name is the application's.
+        const bool isForApplication = verb->verb == Verb::Inspect && !rest.isEmpty();
+        if (argument == QLatin1String("--") || isForApplication) {
+            rest += arguments.mid(isForApplication ? i : i + 1);
+            break;
+        }
+        if (!argument.startsWith('-')) {
+            rest += argument;
+            ++i;
+            continue;
+        }
+        i = takeOption(options, arguments, i, verb->name, error);
+        if (i < 0)
+            return {};
+    }
+    if (!takeArguments(*verb, rest, &line, error))
+        return {};
+    return line;
+}
+
+} // namespace Torvix

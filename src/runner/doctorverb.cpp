@@ -1,0 +1,84 @@
+#include "runner/applications.h"
+#include "runner/plugin.h"
+#include "runner/runverb.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <cstdio>
+
+namespace Torvix {
+
+namespace {
+
+struct Finding
+{
+    bool fine;
+    QString what;
+    QString mend; ///< for a finding that is not fine
+};
+
+Finding fileFinding(const QString& path, const char* what)
+{
+    return {QFileInfo::exists(path), QStringLiteral("%1: %2").arg(QLatin1String(what), path),
+            QStringLiteral("install Torvix anew, or set TORVIX_PREFIX to its folder")};
+}
+
+Finding pluginFinding()
+{
+    QString error;
+    const bool loaded = LanguagePlugin::javaScript(&error) != nullptr;
+    return {loaded, QStringLiteral("JavaScript plug-in can be loaded"), error};
+}
+
+Finding displayFinding()
+{
+    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY") ||
+                            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+                            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    return {hasDisplay, QStringLiteral("applications have a display"),
+            QStringLiteral("set QT_QPA_PLATFORM=offscreen, or start an X server (Xvfb)")};
+}
+
+/** Tools that single functions need; without them those say so. */
+Finding toolFinding(const char* program, const char* purpose, const char* package)
+{
+    return {!QStandardPaths::findExecutable(QLatin1String(program)).isEmpty(),
+            QStringLiteral("%1, for %2 (optional)").arg(QLatin1String(program), QLatin1String(purpose)),
+            QStringLiteral("apt install %1").arg(QLatin1String(package))};
+}
+
+Finding applicationFinding(const QString& program)
+{
+    Applications applications({});
+    QString error;
+    const SharedPtr<ApplicationContext> context = applications.start(program, -1, &error);
+    return {context->isValid(), QStringLiteral("'%1' starts and can be tested").arg(program), error};
+}
+
+/** True when it is fine. */
+bool print(const Finding& finding)
+{
+    std::printf("%s  %s\n", finding.fine ? "ok     " : "MISSING", qUtf8Printable(finding.what));
+    if (!finding.fine)
+        std::printf("         %s\n", qUtf8Printable(finding.mend));
+    return finding.fine;
+}
+
+} // namespace
+
+int doctorVerb(const DoctorOptions& options)
+{
+    const QString prefix = installationPrefix();
+    bool fine =
+        print(fileFinding(prefix + QStringLiteral("/lib/qt5/plugins/generic/libtorvixagent.so"), "agent"));
+    fine = print(pluginFinding()) && fine;
+    fine = print(displayFinding()) && fine;
+    print(toolFinding("ffmpeg", "video of a test", "ffmpeg"));
+    print(toolFinding("tesseract", "text recognition", "tesseract-ocr"));
+    if (!options.program.isEmpty())
+        fine = print(applicationFinding(options.program)) && fine;
+    return fine ? ExitPassed : ExitFailures;
+}
+
+} // namespace Torvix

@@ -1,0 +1,145 @@
+#include "objectmodel/running.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+
+namespace Torvix::Testing {
+
+namespace {
+
+constexpr int patienceMs = 10000;
+
+void addLastError(const char* what)
+{
+    ADD_FAILURE() << what << ": " << qPrintable(Inspector::self()->lastError());
+}
+
+/** The arguments as those of an overload; false when one does not fit. */
+bool fit(const Signature& signature, const ObjectList& arguments, ObjectList* converted)
+{
+    converted->clear();
+    if (signature.count() != arguments.size())
+        return false;
+    for (int i = 0; i < arguments.size(); ++i) {
+        const Class* from = arguments[i]->objectClass();
+        const Class* to = signature.argument(i).type();
+        if (!from->canConvertTo(to, true, signature.argument(i).attribute().isIndirect(), 0))
+            return false;
+        converted->append(from->convertObject(arguments[i], to, true));
+        if (!converted->last())
+            return false;
+    }
+    return true;
+}
+
+SharedPtr<Object> invoke(const Class* type, const char* name, const SharedPtr<Object>& object,
+                         const ObjectList& arguments)
+{
+    for (const Method* method : type->methods(utf8(name))) {
+        ObjectList converted;
+        if (fit(method->signature(), arguments, &converted))
+            return method->invoke(object, converted);
+    }
+    ADD_FAILURE() << "no overload of " << name << " fits";
+    return nullptr;
+}
+
+} // namespace
+
+QString sample(const char* name)
+{
+    const QString folder = utf8("/usr/lib/x86_64-linux-gnu/qt5/examples/widgets/") + utf8(name);
+    return folder + QLatin1Char('/') + folder.section(QLatin1Char('/'), -1);
+}
+
+QString target()
+{
+    return utf8(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget");
+}
+
+LaunchOptions launchOptions(const QString& program, const QStringList& arguments)
+{
+    LaunchOptions options;
+    options.program = program;
+    options.arguments = arguments;
+    options.environment.insert(utf8("QT_QPA_PLATFORM"), utf8("offscreen"));
+    options.environment.insert(utf8("LC_ALL"), utf8("C.UTF-8"));
+    return options;
+}
+
+Running::Running(const QString& program, const QStringList& arguments)
+{
+    QString error;
+    application = Application::start(launchOptions(program, arguments), &error);
+    if (application)
+        model = Inspector::self()->addApplication(application->takeLink());
+    Inspector::self()->setCurrent(model);
+    EXPECT_TRUE(application) << qPrintable(error);
+}
+
+Running::~Running()
+{
+    application.reset();
+    Inspector::self()->reset();
+}
+
+SharedPtr<Object> Running::wait(const char* name)
+{
+    const Inspector::WaitResult result = Inspector::self()->waitForObject(utf8(name), patienceMs);
+    if (result.failed != 0)
+        addLastError(name);
+    return result.failed == 0 ? result.object : nullptr;
+}
+
+SharedPtr<Object> Running::find(const char* name)
+{
+    SharedPtr<Object> found = Inspector::self()->findObject(utf8(name));
+    if (!found)
+        addLastError(name);
+    return found;
+}
+
+QString Running::get(const SharedPtr<Object>& object, const char* property)
+{
+    const Property* found = object ? object->objectClass()->property(utf8(property)) : nullptr;
+    const SharedPtr<Object> result = found ? found->get(object) : nullptr;
+    if (!result)
+        addLastError(property);
+    return result ? result->toString() : QString();
+}
+
+SharedPtr<Object> Running::call(const SharedPtr<Object>& object, const char* method,
+                                const ObjectList& arguments)
+{
+    return object ? invoke(object->objectClass(), method, object, arguments) : nullptr;
+}
+
+SharedPtr<Object> Running::act(const char* function, const ObjectList& arguments)
+{
+    for (const SharedPtr<Object>& argument : arguments)
+        if (!argument)
+            return nullptr;
+    const Class* global = Inspector::self()->globalClass();
+    const SharedPtr<Object> result = global ? invoke(global, function, nullptr, arguments) : nullptr;
+    if (!result)
+        addLastError(function);
+    return result;
+}
+
+bool Running::becomes(const SharedPtr<Object>& object, const char* property, const char* text)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QString seen;
+    while (object && timer.elapsed() < patienceMs) {
+        seen = get(object, property);
+        if (seen == utf8(text))
+            return true;
+        QThread::msleep(5);
+    }
+    ADD_FAILURE() << property << " is " << qPrintable(seen) << ", not " << text;
+    return false;
+}
+
+} // namespace Torvix::Testing
