@@ -58,6 +58,16 @@ function(torvix_plugin name)
   install(TARGETS ${name} LIBRARY DESTINATION ${ARG_DESTINATION})
 endfunction()
 
+# torvix_script_modules(LANGUAGE FILES ...): files of scriptmodules/LANGUAGE, which lie there in the
+# prefix and, so that everything runs from either, in the build tree.
+function(torvix_script_modules language)
+  cmake_parse_arguments(ARG "" "" "FILES" ${ARGN})
+  foreach(file IN LISTS ARG_FILES)
+    configure_file(${language}/${file} ${CMAKE_BINARY_DIR}/scriptmodules/${language}/${file} COPYONLY)
+    install(FILES ${language}/${file} DESTINATION scriptmodules/${language})
+  endforeach()
+endfunction()
+
 # torvix_test(NAME LABEL unit|script|e2e [MOC] [OWN_MAIN] [TIMEOUT seconds] SOURCES ...
 #             [PRIVATE libs...] [ENVIRONMENT NAME=value...])
 # A GoogleTest program; each of its cases becomes a CTest test of its own, with the label. It has

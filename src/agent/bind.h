@@ -38,6 +38,8 @@ std::vector<Value> defaults(const D&... values)
 template <class... A>
 std::vector<ArgumentInfo> argumentInfos(const char* names)
 {
+    static_assert(!(std::is_same_v<std::decay_t<A>, const char*> || ...),
+                  "a C string has no form on the wire: bind a function that takes a QString");
     std::vector<ArgumentInfo> infos{ArgumentInfo{{}, typeUse<A>()}...};
     const QByteArrayList parts = QByteArray(names).split(',');
     for (std::size_t i = 0; i < infos.size(); ++i)

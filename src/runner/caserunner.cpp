@@ -249,8 +249,12 @@ std::list<SharedPtr<ApplicationContext>> CaseRunner::applicationContexts()
 
 void CaseRunner::reportFailedLookup(const QString&, const QString&, QString*)
 {
-    // What was there instead helps most while it still is.
+    // What was there instead helps most while it still is. The tree's own look-ups must not take the
+    // place of the error that the script is about to be told.
+    Inspector* inspector = Inspector::self();
+    const QString error = inspector->lastError();
     recordObjectTree();
+    inspector->setLastError(error);
 }
 
 bool CaseRunner::loadObjectMap(const QString& path)

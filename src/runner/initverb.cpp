@@ -1,8 +1,12 @@
+#include "runner/plugin.h"
 #include "runner/runverb.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <cstdio>
 
@@ -30,19 +34,34 @@ constexpr char script[] = "import * as names from 'names.js';\n"
                           "    test.compare(window.visible, true, \"the main window is shown\");\n"
                           "}\n";
 
-/** Completion in editors; the declarations come with the installation. */
-constexpr char jsConfig[] =
-    "{\n"
-    "  \"compilerOptions\": { \"target\": \"esnext\", \"checkJs\": false, \"lib\": [\"esnext\"] },\n"
-    "  \"include\": [\"**/*.js\"]\n"
-    "}\n";
+/** Completion and checks in editors, with the declarations that come with this installation. */
+QByteArray jsConfig()
+{
+    const QJsonObject options{
+        {"target", "esnext"},
+        {"module", "esnext"},
+        {"moduleResolution", "node"},
+        {"moduleDetection", "force"}, // every test case has a main() of its own
+        {"lib", QJsonArray{"esnext"}},
+        {"types", QJsonArray()},
+        {"checkJs", true},
+        {"noEmit", true},
+        {"baseUrl", "."},
+        {"paths", QJsonObject{{"*", QJsonArray{"shared/scripts/*"}}}},
+    };
+    const QString declarations =
+        installationPrefix() + QStringLiteral("/scriptmodules/javascript/torvix.d.ts");
+    return QJsonDocument(
+               QJsonObject{{"compilerOptions", options}, {"include", QJsonArray{"**/*.js", declarations}}})
+        .toJson();
+}
 
 /** False with the error filled; never writes over a file. */
-bool writeNew(const QString& path, const char* text, QString* error)
+bool writeNew(const QString& path, const QByteArray& text, QString* error)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly) && file.write(text) == qint64(qstrlen(text))) {
+    if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly) && file.write(text) == text.size()) {
         std::printf("%s\n", qUtf8Printable(path));
         return true;
     }
@@ -65,7 +84,7 @@ int initVerb(const InitOptions& options)
         made = writeNew(folder.absoluteFilePath(QStringLiteral("test.js")), script, &error);
     } else {
         made = writeNew(folder.absoluteFilePath(QStringLiteral("suite.ini")), suiteSettings, &error) &&
-               writeNew(folder.absoluteFilePath(QStringLiteral("jsconfig.json")), jsConfig, &error) &&
+               writeNew(folder.absoluteFilePath(QStringLiteral("jsconfig.json")), jsConfig(), &error) &&
                writeNew(folder.absoluteFilePath(QStringLiteral("shared/scripts/names.js")), names, &error) &&
                writeNew(folder.absoluteFilePath(QStringLiteral("tst_first/test.js")), script, &error);
     }

@@ -39,19 +39,6 @@ bool failWithLastError(ScriptContext* context, const char* function)
     return false;
 }
 
-/** Null with an error in the context when there is no such object. */
-SharedPtr<Object> objectArgument(ScriptContext* context, int index, const char* function)
-{
-    const SharedPtr<ScriptArgument> argument = context->argument(index);
-    if (const SharedPtr<Object> object = argument->toObject())
-        return object;
-    const QString name = nameOf(*argument);
-    const SharedPtr<Object> found = Inspector::self()->findObject(name);
-    if (!found)
-        failLookup(context, name, function);
-    return found;
-}
-
 /** False with an error in the context when it is there and no number from 0. */
 bool timeoutArgument(ScriptContext* context, int index, int* timeoutMs)
 {
@@ -127,6 +114,18 @@ bool writeFile(ScriptContext* context, const QString& path, const QByteArray& by
 }
 
 } // namespace
+
+SharedPtr<Object> objectArgument(ScriptContext* context, int index, const char* function)
+{
+    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    if (const SharedPtr<Object> object = argument->toObject())
+        return object;
+    const QString name = nameOf(*argument);
+    const SharedPtr<Object> found = Inspector::self()->findObject(name);
+    if (!found)
+        failLookup(context, name, function);
+    return found;
+}
 
 int defaultWaitTimeoutMs()
 {
@@ -281,7 +280,7 @@ void objectGrabScreenshot(ScriptContext* context)
     QString path;
     if (const SharedPtr<ScriptArgument> file = context->argument(1))
         path = QDir::current().absoluteFilePath(file->toString());
-    else if (TestResult* result = context->testResult())
+    else if (TestResult* result = resultSink(*context))
         path = result->newOutputFile(QStringLiteral("screenshot.png"));
     if (path.isEmpty())
         context->setError(

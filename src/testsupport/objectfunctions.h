@@ -1,5 +1,7 @@
 #pragma once
 
+#include "objectmodel/object.h"
+#include "shared/base/sharedptr.h"
 #include "testsupport/export.h"
 
 #include <QString>
@@ -39,6 +41,10 @@ TORVIXTEST_EXPORT void objectConvertTo(ScriptContext* context);
 TORVIXTEST_EXPORT void objectCreateNull(ScriptContext* context);
 /** (object[, file]): writes a PNG file, by default into the results' folder; the result is its path. */
 TORVIXTEST_EXPORT void objectGrabScreenshot(ScriptContext* context);
+
+/** The object that an argument is or names. Null with an error in the context when there is none;
+ *  `function` is what the runner is told has looked for it. */
+SharedPtr<Object> objectArgument(ScriptContext* context, int index, const char* function);
 
 /** How long the waiting functions wait by themselves. 20 s at first. */
 TORVIXTEST_EXPORT int defaultWaitTimeoutMs();

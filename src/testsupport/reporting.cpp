@@ -1,7 +1,11 @@
 #include "testsupport/reporting.h"
 
 #include "interpreter/base/scriptcontext.h"
+#include "testsupport/attachments.h"
+#include "testsupport/screenshots.h"
 #include "testsupport/testresult.h"
+
+#include <QImage>
 
 namespace Torvix {
 
@@ -12,7 +16,7 @@ void endCaseAfter(ScriptContext* context, ResultType type, const QString& messag
 {
     if (type == ResultType::Skip)
         context->setError(message, ScriptContext::TestCaseSkipped);
-    else if (type == ResultType::Fatal || (isFailure(type) && context->testResult()->endsOnFailure()))
+    else if (type == ResultType::Fatal || (isFailure(type) && resultSink(*context)->endsOnFailure()))
         context->setError(message, ScriptContext::VerificationFailure);
 }
 
@@ -21,7 +25,32 @@ QString joined(const QString& first, const QString& second)
     return first.isEmpty() || second.isEmpty() ? first + second : first + QLatin1Char('\n') + second;
 }
 
+/** Adds the desktop where the sink wants it; that there is none is told, and no reason to fail. */
+void keepScreenshot(TestResult* result, QVector<Attachment>* attachments, QString* detail)
+{
+    if (!result || !result->keepsScreenshots())
+        return;
+    QString error;
+    const QImage image = grabDesktop(&error);
+    Attachment kept;
+    if (!image.isNull())
+        kept = attachImage(result, image, QStringLiteral("failure.png"),
+                           QStringLiteral("the screen at the failure"), &error);
+    if (!kept.path.isEmpty())
+        attachments->append(kept);
+    if (!error.isEmpty())
+        *detail = joined(*detail, QLatin1String("No screenshot: ") + error);
+}
+
 } // namespace
+
+TestResult* resultSink(const ScriptContext& context)
+{
+    if (context.testResult())
+        return context.testResult();
+    const ScriptContext* current = ScriptContext::current();
+    return current ? current->testResult() : nullptr;
+}
 
 ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QString& fallback)
 {
@@ -36,7 +65,7 @@ ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QStr
 void report(ScriptContext* context, ResultType type, const QString& message, const QString& detail,
             const QVector<Attachment>& attachments)
 {
-    TestResult* result = context->testResult();
+    TestResult* result = resultSink(*context);
     if (!result)
         return;
     LineInfo place;
@@ -51,7 +80,11 @@ void reportCheck(ScriptContext* context, Expectation expectation, bool passed, c
     ResultType type = passed ? ResultType::Pass : ResultType::Fail;
     if (expectation == Expectation::Fail)
         type = passed ? ResultType::UnexpectedPass : ResultType::ExpectedFail;
-    report(context, type, texts.message, joined(finding, texts.detail), attachments);
+    QString shown = joined(finding, texts.detail);
+    QVector<Attachment> kept = attachments;
+    if (isFailure(type))
+        keepScreenshot(resultSink(*context), &kept, &shown);
+    report(context, type, texts.message, shown, kept);
 }
 
 bool requireArguments(ScriptContext* context, int least, int most, const char* usage)

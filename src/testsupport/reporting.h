@@ -8,6 +8,13 @@
 namespace Torvix {
 
 class ScriptContext;
+class TestResult;
+
+/**
+ * Where results of this call go; null when nowhere. Contexts that live for one call know no sink of
+ * their own and take that of the current interpreter.
+ */
+TORVIXTEST_EXPORT TestResult* resultSink(const ScriptContext& context);
 
 /** What a check may end in, for the ordinary form and for the form that expects a failure. */
 enum class Expectation { Pass, Fail };

@@ -21,6 +21,12 @@ TORVIXTEST_EXPORT void testCompare(ScriptContext* context);
 TORVIXTEST_EXPORT void testXCompare(ScriptContext* context);
 TORVIXTEST_EXPORT void testException(ScriptContext* context);
 
+// Verification points, files of expectations (docs/verification-points.md): (name), (name, object).
+// What was seen is attached beside what was expected when they do not hold.
+TORVIXTEST_EXPORT void testVP(ScriptContext* context);
+TORVIXTEST_EXPORT void testXVP(ScriptContext* context);
+TORVIXTEST_EXPORT void testVPWithObject(ScriptContext* context);
+
 // Results as such: (message, detail).
 TORVIXTEST_EXPORT void testPass(ScriptContext* context);
 TORVIXTEST_EXPORT void testXPass(ScriptContext* context);
@@ -52,6 +58,24 @@ TORVIXTEST_EXPORT void testEndSection(ScriptContext* context);
 TORVIXTEST_EXPORT void testCompareTextFiles(ScriptContext* context);
 TORVIXTEST_EXPORT void testCompareXMLFiles(ScriptContext* context);
 TORVIXTEST_EXPORT void testCompareJSONFiles(ScriptContext* context);
+
+// Whether a picture, or a text, is on the screen now or within the time: (file, options), (text, options).
+// Options of both: "message", "detail", "timeout" in ms, "object" to look in instead of the screen.
+// Of pictures: "tolerance" (0 to 255 for each of red, green and blue), "differingPixels". Of texts:
+// "language" as tesseract names it, "ignoreCase". Presence is waited for as for objects unless a timeout
+// is given; absence is looked at once.
+TORVIXTEST_EXPORT void testImageNotPresent(ScriptContext* context);
+TORVIXTEST_EXPORT void testImagePresent(ScriptContext* context);
+TORVIXTEST_EXPORT void testOcrTextNotPresent(ScriptContext* context);
+TORVIXTEST_EXPORT void testOcrTextPresent(ScriptContext* context);
+
+// What is kept with the results: (file[, message]), ([message]), (image file or object[, message]).
+TORVIXTEST_EXPORT void testAttachFile(ScriptContext* context);
+TORVIXTEST_EXPORT void testAttachDesktopScreenshot(ScriptContext* context);
+TORVIXTEST_EXPORT void testAttachImage(ScriptContext* context);
+/** ([message]): records the display until testStopVideoCapture, which attaches the video. */
+TORVIXTEST_EXPORT void testStartVideoCapture(ScriptContext* context);
+TORVIXTEST_EXPORT void testStopVideoCapture(ScriptContext* context);
 
 /** Stops in the debugger when there is one that people use; does nothing otherwise. */
 TORVIXTEST_EXPORT void testBreakpoint(ScriptContext* context);

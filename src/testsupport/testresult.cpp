@@ -1,6 +1,7 @@
 #include "testsupport/testresult.h"
 
 #include "testsupport/report/resultstream.h"
+#include "testsupport/videocapture.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -11,6 +12,18 @@ TestResult::TestResult(ResultStreamWriter* stream, const QString& outputFolder)
     : m_stream(stream)
     , m_outputFolder(outputFolder)
 {
+}
+
+TestResult::~TestResult() = default;
+
+void TestResult::setVideoCapture(std::unique_ptr<VideoCapture> video)
+{
+    m_video = std::move(video);
+}
+
+std::unique_ptr<VideoCapture> TestResult::takeVideoCapture()
+{
+    return std::move(m_video);
 }
 
 void TestResult::add(ResultType type, const QString& message, const QString& detail, const LineInfo& place,

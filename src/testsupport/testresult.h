@@ -7,11 +7,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <vector>
 
 namespace Torvix {
 
 class ResultStreamWriter;
+class VideoCapture;
 
 /**
  * The sink of one test case's results: counts them, gives each the place that it belongs to and the
@@ -30,6 +32,7 @@ public:
      * @param outputFolder where attachments go, made when needed; empty when there is none
      */
     explicit TestResult(ResultStreamWriter* stream, const QString& outputFolder = QString());
+    ~TestResult();
     TestResult(const TestResult&) = delete;
     TestResult& operator=(const TestResult&) = delete;
 
@@ -57,10 +60,19 @@ public:
     bool endsOnFailure() const { return m_endsOnFailure; }
     void setEndsOnFailure(bool ends) { m_endsOnFailure = ends; }
 
+    /** Whether failed checks are kept with a screenshot. Off at first. */
+    bool keepsScreenshots() const { return m_keepsScreenshots; }
+    void setKeepsScreenshots(bool keeps) { m_keepsScreenshots = keeps; }
+
     QString outputFolder() const { return m_outputFolder; }
     /** A path in the output folder that nothing has yet, for a name such as "shot.png". Null string
      *  when there is no such folder and it cannot be made. */
     QString newOutputFile(const QString& name);
+
+    /** The video that is being captured, or null. It ends with this object at the latest. */
+    const VideoCapture* videoCapture() const { return m_video.get(); }
+    void setVideoCapture(std::unique_ptr<VideoCapture> video);
+    std::unique_ptr<VideoCapture> takeVideoCapture();
 
 private:
     static constexpr std::size_t typeCount = std::size_t(ResultType::Log) + 1;
@@ -71,6 +83,8 @@ private:
     QStringList m_sections;
     std::vector<LineInfo> m_fixedPlaces;
     bool m_endsOnFailure = false;
+    bool m_keepsScreenshots = false;
+    std::unique_ptr<VideoCapture> m_video;
 };
 
 } // namespace Torvix

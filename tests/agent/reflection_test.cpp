@@ -80,6 +80,8 @@ TEST(AgentReflection, reachesEveryOverloadByItsArgumentTypes)
     EXPECT_EQ(target.call(shapes, q("squares"), {Value::ofInt(3)}).elements.value(2).integer, 9);
     EXPECT_EQ(target.call(shapes, q("none")).object.id, 0);
     EXPECT_EQ(target.call(shapes, q("same"), {Value::ofString(q("s"))}).text, q("s"));
+    EXPECT_EQ(target.call(shapes, q("inherits"), {Value::ofString(q("QWidget"))}).integer, 1);
+    EXPECT_EQ(target.call(shapes, q("inherits"), {Value::ofString(q("QLabel"))}).integer, 0);
     try {
         target.call(shapes, q("throwing"));
         FAIL();

@@ -326,6 +326,33 @@ private:
     int m_size;
 };
 
+/** Makes each property when it is first asked for. */
+class LazyMembers : public ObjectImp
+{
+public:
+    Value get(ExecState* exec, const Identifier& name) const override
+    {
+        const Value own = ObjectImp::get(exec, name);
+        if (!own.isUndefined() || !name.qstring().startsWith("made"))
+            return own;
+        ++m_made;
+        const Value made = new InternalFunctionImp;
+        const_cast<LazyMembers*>(this)->putDirect(name, made);
+        return made;
+    }
+
+    mutable int m_made = 0;
+};
+
+TEST_F(ObjectsTest, AnOverrideMayDefineWhatItDoesNotFind)
+{
+    auto* const maker = new LazyMembers;
+    global.put(exec, "maker", maker);
+    EXPECT_EQ(run("[maker.made1 === maker.made1, Object.keys(maker).length, typeof maker.other].join(' ')"),
+              "true 1 undefined");
+    EXPECT_EQ(1, maker->m_made);
+}
+
 TEST_F(ObjectsTest, AssignmentsReachTheInstanceNotItsPrototype)
 {
     Object prototype(new Instance(interpreter.builtinObjectPrototype(), -1));

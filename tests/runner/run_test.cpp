@@ -248,7 +248,7 @@ TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)
                                  "  waitForObjectExists({ type: 'Controls' }).crash();\n}\n");
     write("s/tst_gone/test.js", "function main() {\n  startApplication('no-such-application');\n}\n");
     write("s/tst_miss/test.js", "function main() {\n  startApplication('torvixtarget');\n"
-                                "  waitForObject({ type: 'QPushButton', text: 'nine' }, 100);\n}\n");
+                                "  findObject({ type: 'QPushButton', text: 'nine' });\n}\n");
     EXPECT_EQ(1, run({"run", "s"})) << m_output.toStdString();
     const RunReport seen = report();
     for (int i = 0; i < 3; ++i)
@@ -261,6 +261,7 @@ TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)
     EXPECT_EQ(2, failure(seen, 1)->line);
     EXPECT_TRUE(failure(seen, 1)->message.contains("no-such-application")) << m_output.toStdString();
     EXPECT_EQ(3, failure(seen, 2)->line);
+    EXPECT_TRUE(failure(seen, 2)->message.contains("The closest is")) << m_output.toStdString();
     EXPECT_TRUE(seen.cases[2].attempts[0].objectTree.contains("QPushButton")) << m_output.toStdString();
 }
 

@@ -41,9 +41,19 @@ static void bindWidget(Registry& registry)
     Bind<QObject>(registry)
         .method("parent", &QObject::parent)
         .method("children", &QObject::children)
-        .method("inherits", &QObject::inherits, "className")
-        .method("property", &QObject::property, "name")
-        .method("setProperty", &QObject::setProperty, "name, value")
+        .extension(
+            "inherits",
+            +[](QObject& o, const QString& name) { return o.inherits(name.toLatin1().constData()); },
+            "className")
+        .extension(
+            "property",
+            +[](QObject& o, const QString& name) { return o.property(name.toUtf8().constData()); }, "name")
+        .extension(
+            "setProperty",
+            +[](QObject& o, const QString& name, const QVariant& value) {
+                return o.setProperty(name.toUtf8().constData(), value);
+            },
+            "name, value")
         .method("dynamicPropertyNames", &QObject::dynamicPropertyNames)
         .method("blockSignals", &QObject::blockSignals, "block")
         .method("isWidgetType", &QObject::isWidgetType)

@@ -5,6 +5,7 @@
 #include "interpreter/js/jsinputconstants.h"
 #include "interpreter/js/jsobjectaccess.h"
 #include "interpreter/js/jsscriptfunctions.h"
+#include "interpreter/js/jstestinteraction.h"
 #include "interpreter/js/jstorvixinfo.h"
 
 namespace Torvix {
@@ -44,6 +45,7 @@ void ExtraFunctionImp::init(KJS::Interpreter* interpreter, KJS::Object* global)
     global->put(exec, "object", new JsOurObjectImp(exec), KJS::None);
     global->put(exec, "objectMap", new JsObjectMapImp(exec), KJS::None);
     global->put(exec, "torvixinfo", new JsTorvixInfoImp(exec), KJS::None);
+    global->put(exec, "testInteraction", new JsTestInteractionImp, KJS::None);
     global->put(exec, "console", new JsConsoleImp, KJS::None);
     global->put(exec, "Console", new DeprecatedJsConsoleImp, KJS::None);
     global->put(exec, "MouseButton", new JsMouseButtonImp, KJS::None);

@@ -1,6 +1,7 @@
 // The only symbols that the plug-in shows. The caller owns what they return.
 
 #include "interpreter/js/jsinterpreter.h"
+#include "testsupport/scriptapi.h"
 
 #include <QtGlobal>
 
@@ -13,6 +14,7 @@ class ScriptedObjectMap;
 
 TORVIX_PLUGIN_ENTRY Torvix::Interpreter* createInterpreter(Torvix::RunnerInterface* runner)
 {
+    Torvix::registerScriptApi();
     return new Torvix::JsInterpreter(runner);
 }
 

@@ -26,6 +26,9 @@ const std::vector<TestFunctionRow>& testFunctions()
         {"compare", 2, testCompare},
         {"xcompare", 2, testXCompare},
         {"exception", 1, testException},
+        {"vp", 1, testVP},
+        {"xvp", 1, testXVP},
+        {"vpWithObject", 1, testVPWithObject},
         {"pass", 1, testPass},
         {"xpass", 1, testXPass},
         {"fail", 1, testFail},
@@ -44,6 +47,15 @@ const std::vector<TestFunctionRow>& testFunctions()
         {"compareXMLFiles", 3, testCompareXMLFiles},
         {"compareJSONFiles", 3, testCompareJSONFiles},
         {"breakpoint", 1, testBreakpoint},
+        {"imageNotPresent", 1, testImageNotPresent},
+        {"imagePresent", 1, testImagePresent},
+        {"ocrTextNotPresent", 1, testOcrTextNotPresent},
+        {"ocrTextPresent", 1, testOcrTextPresent},
+        {"attachFile", 2, testAttachFile},
+        {"attachDesktopScreenshot", 1, testAttachDesktopScreenshot},
+        {"attachImage", 1, testAttachImage},
+        {"startVideoCapture", 1, testStartVideoCapture},
+        {"stopVideoCapture", 0, testStopVideoCapture},
     };
     return table;
 }
@@ -63,7 +75,7 @@ JsTest::~JsTest() = default;
 KJS::Value JsTest::get(KJS::ExecState* exec, const KJS::Identifier& name) const
 {
     const KJS::Value own = ObjectImp::get(exec, name);
-    if (!own.isUndefined())
+    if (m_isMaking || !own.isUndefined())
         return own;
     const std::vector<TestFunctionRow>& table = testFunctions();
     for (std::size_t type = 0; type < table.size(); ++type) {
@@ -71,8 +83,10 @@ KJS::Value JsTest::get(KJS::ExecState* exec, const KJS::Identifier& name) const
             continue;
         const KJS::Value function = new JsTestFunctionImp(int(type), table[type].length, m_result);
         jsCacheValue(this, name, function);
-        // Made once: a second read finds it as an ordinary property.
+        // Made once: a second read finds it as an ordinary property. Defining asks for what is there.
+        m_isMaking = true;
         const_cast<JsTest*>(this)->putDirect(name, function, KJS::None);
+        m_isMaking = false;
         return function;
     }
     return KJS::Undefined();

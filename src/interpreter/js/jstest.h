@@ -25,6 +25,7 @@ public:
 
 private:
     TestResult* m_result;
+    mutable bool m_isMaking = false;
 };
 
 /** One function of `test`. It has no prototype: intended. */

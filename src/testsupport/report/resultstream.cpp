@@ -1,5 +1,8 @@
 #include "testsupport/report/resultstream.h"
 
+#include "testsupport/report/reporters.h"
+
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -199,7 +202,11 @@ private:
 
 } // namespace
 
-ResultStreamWriter::ResultStreamWriter(QIODevice* device) : m_device(device) {}
+ResultStreamWriter::ResultStreamWriter(QIODevice* device) : m_device(device)
+{
+    if (const auto* file = qobject_cast<QFile*>(device))
+        m_folder = QFileInfo(file->fileName()).absolutePath();
+}
 
 void ResultStreamWriter::write(const char* event, QJsonObject fields)
 {
@@ -231,8 +238,11 @@ void ResultStreamWriter::caseStarted(const CaseReport& testCase, int attempt)
                            {"attempt", attempt}});
 }
 
-void ResultStreamWriter::entry(const ResultEntry& entry)
+void ResultStreamWriter::entry(const ResultEntry& given)
 {
+    ResultEntry entry = given;
+    for (Attachment& attachment : entry.attachments)
+        attachment.path = relativeTo(m_folder, attachment.path);
     QJsonObject json = entryToJson(entry);
     if (entry.time.isValid())
         json["time"] = timeText(entry.time);

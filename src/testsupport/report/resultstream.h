@@ -28,7 +28,8 @@ public:
 
     void runStarted(const QString& name, int plannedCases, const QJsonObject& environment);
     void caseStarted(const CaseReport& testCase, int attempt);
-    void entry(const ResultEntry& entry);
+    /** Attachments in the stream's folder are written relative to it. */
+    void entry(const ResultEntry& given);
     void applicationEnded(const ApplicationReport& application);
     void objectTree(const QString& text);
     void caseEnded(CaseOutcome outcome, qint64 durationMs);
@@ -41,6 +42,7 @@ private:
     void write(const char* event, QJsonObject fields);
 
     QIODevice* m_device;
+    QString m_folder; ///< of the stream; empty when it is no file
     QString m_error;
 };
 

@@ -36,6 +36,13 @@ protected:
             return object ? Outcome() : Outcome::failure("no object");
         });
         thing.enumerator("Mode", {{"Slow", 10}, {"Fast", 20}});
+        thing.method(
+            "callBack", {},
+            [this](qint64, const QVector<Value>&) {
+                const bool called = interpreter->call("whileWaiting", ObjectList());
+                return Outcome(Value::ofString(called ? "called" : interpreter->errorMessage()));
+            },
+            LocalModel::type(Protocol::StringClass));
         LocalModel::ClassBuilder global = model->addClass("Global");
         global.property("level", LocalModel::type(Protocol::IntClass), get(Value::ofInt(3)), nullptr, true);
         global.property("cleanup", LocalModel::type(Protocol::IntClass), get(Value::ofInt(3)), nullptr, true);
@@ -134,6 +141,16 @@ TEST_F(Wrappers, AFailedCallNamesTheMethod)
 {
     EXPECT_EQ("EvalError: Error in act() invocation: act() needs an object: it is not static",
               thrown("thing.act.call(null)"));
+}
+
+TEST_F(Wrappers, AScriptFunctionMayRunAndCallTheApplicationWhileACallWaits)
+{
+    EXPECT_EQ("called 7", text("let seen; function whileWaiting() { seen = thing.number }\n"
+                               "thing.callBack() + ' ' + seen"));
+    // What the call-back throws arrives where the application was called.
+    EXPECT_EQ("Error: mine",
+              thrown("whileWaiting = function() { throw new Error('mine') }; thing.callBack()"));
+    EXPECT_EQ("7", text("String(thing.number)")) << "nothing stays pending";
 }
 
 TEST_F(Wrappers, ClassesShowStaticMembersOnly)

@@ -4,6 +4,7 @@
 #include "interpreter/js/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/inspector.h"
+#include "testsupport/testresult.h"
 
 #include <QDateTime>
 
@@ -205,6 +206,21 @@ TEST_F(JsScriptContextTest, CopiesShareTheSinkAndNothingElse)
     EXPECT_TRUE(copy->errorMessage().isEmpty());
     EXPECT_EQ(copy->errorType(), ScriptContext::OrdinaryError);
     EXPECT_EQ(copy->argumentCount(), 0);
+}
+
+TEST_F(JsScriptContextTest, BothRoadsReachTheResultsOfTheTestCase)
+{
+    TestResult result(nullptr);
+    interpreter->initTestFunctions(&result);
+    const auto hasResults = [](ScriptContext* context) {
+        context->setResult(context->toArgument(context->testResult() != nullptr));
+    };
+    onStack("onStack", hasResults);
+    onCurrent("onCurrent", hasResults);
+    EXPECT_EQ(text("[onStack(), onCurrent()].join()"), "true,true");
+    // Read as a value and called, each function of `test` is one and the same.
+    EXPECT_EQ(text("test.verify === test.verify && typeof test.verify"), "function");
+    EXPECT_EQ(text("test.log = 5; test.log"), "5");
 }
 
 TEST_F(JsScriptContextTest, StaticMembersAreGlobalsWithAnUnderscore)

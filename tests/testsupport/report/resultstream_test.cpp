@@ -31,7 +31,7 @@ TEST(ResultStream, WhatIsWrittenIsRead)
     entry.line = 7;
     entry.sections = QStringList{"outer", "inner"};
     entry.source = {6, {"a", "b"}};
-    entry.attachments = {{"shot.png", "image/png", "seen"}};
+    entry.attachments = {{folder.filePath("shot.png"), "image/png", "seen"}};
     writer.entry(entry);
     writer.applicationEnded({"app", 42, "exited with 1", "out\n"});
     writer.objectTree("tree");

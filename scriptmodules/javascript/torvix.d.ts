@@ -1,0 +1,318 @@
+// The globals of test scripts, for completion and checks in editors. A jsconfig.json as
+// "torvixrunner init" writes it takes them in; nothing of this file runs.
+
+/** An object of the application: its properties and methods are those that the application has. */
+interface ApplicationObject {
+    [member: string]: any;
+    /** Tells it from a script's own objects, which are names of objects. */
+    readonly [Symbol.toStringTag]: string;
+}
+
+/** A class of the application. */
+interface ApplicationClass {
+    new (...values: any[]): ApplicationObject;
+    [member: string]: any;
+}
+
+/** The properties by which an object is found; all of them have to hold. */
+interface ObjectProperties {
+    /** Name of the object's class: "QPushButton". */
+    type?: string;
+    /** The objectName. */
+    name?: string;
+    visible?: boolean;
+    /** The n-th of those that fit, from 1. */
+    occurrence?: number;
+    /** The top-level window that the object is in. */
+    window?: ObjectName;
+    /** Any object that the object is in. */
+    container?: ObjectName;
+    /** The label whose buddy the object is. */
+    buddy?: ObjectName;
+    [property: string]: unknown;
+}
+
+/**
+ * What finds an object: its properties, its real name as text ("{type='QLabel' text~='[0-9]+'}"), a
+ * symbolic name of the object map, or the object itself.
+ */
+type ObjectName = string | ObjectProperties | ApplicationObject;
+
+/** What an action is done to: an object, or an item that waitForObjectItem() or the application gave. */
+type ActionTarget = ApplicationObject;
+
+/** An application that a test has started or attached to. */
+interface ApplicationContext {
+    readonly name: string;
+    readonly commandLine: string;
+    readonly osName: string;
+    /** Process id. */
+    readonly pid: number;
+    /** The folder that it runs in. */
+    readonly cwd: string;
+    readonly host: string;
+    readonly port: number;
+    readonly isRunning: boolean;
+    readonly startTime: Date;
+    /** Resident memory in bytes. */
+    readonly usedMemory: number;
+    /** Processor time in milliseconds. */
+    readonly totalTime: number;
+    /** Whether its event loop does not answer within that time. */
+    isFrozen(timeoutSecs: number): boolean;
+    /** What it has written since the last call. */
+    readStdout(): string;
+    readStderr(): string;
+    environmentVariable(name: string): string;
+    /** Lets it go on by itself. */
+    detach(): void;
+    /** Its name. */
+    toString(): string;
+}
+
+interface FileComparisonOptions {
+    message?: string;
+    detail?: string;
+    /** Expect the files to differ. */
+    xfail?: boolean;
+}
+
+interface TextComparisonOptions extends FileComparisonOptions {
+    ignoreCase?: boolean;
+    /** Runs of white space count as one blank, and none at the ends of lines. */
+    ignoreWhitespace?: boolean;
+    /** Regular expressions; what they match is left out of each line. */
+    filters?: string | string[];
+}
+
+interface TestFunctions {
+    /** Passes when the condition is true. */
+    verify(condition: unknown, message?: string, detail?: string): boolean;
+    /** Expects the condition to be false. */
+    xverify(condition: unknown, message?: string, detail?: string): boolean;
+    /** Passes when both are equal, as by ==. */
+    compare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
+    /** Expects them not to be equal. */
+    xcompare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
+    /** Passes when the code throws. */
+    exception(code: string, message?: string, detail?: string): boolean;
+    pass(message: string, detail?: string): void;
+    /** A pass that should not be: fails the test case. */
+    xpass(message: string, detail?: string): void;
+    fail(message: string, detail?: string): void;
+    /** A failure that is expected: does not fail the test case. */
+    xfail(message: string, detail?: string): void;
+    /** Fails and ends the test case. */
+    fatal(message: string, detail?: string): void;
+    log(message: string, detail?: string): void;
+    warning(message: string, detail?: string): void;
+    /** Ends the test case as skipped. */
+    skip(message: string, detail?: string): void;
+    /** How many results of a kind there are by now. */
+    resultCount(kind: "tests" | "passes" | "fails" | "xfails" | "xpasses" | "fatals" | "errors" | "skips"
+        | "warnings" | "logs"): number;
+    /** The callers, innermost first. */
+    stackTrace(first?: number, count?: number): any[];
+    /** Results are reported at the place of a caller, so many frames up, until restoreResultContext(). */
+    fixateResultContext(frames?: number): void;
+    restoreResultContext(): void;
+    /** Groups the results that follow, until endSection(). */
+    startSection(title: string, description?: string): void;
+    endSection(): void;
+    /** File names count from the test case's folder. */
+    compareTextFiles(expectedFile: string, actualFile: string, options?: TextComparisonOptions | string): boolean;
+    compareXMLFiles(expectedFile: string, actualFile: string, options?: FileComparisonOptions | string): boolean;
+    compareJSONFiles(expectedFile: string, actualFile: string, options?: FileComparisonOptions | string): boolean;
+    /** Stops here when somebody debugs. */
+    breakpoint(): void;
+}
+
+interface ObjectFunctions {
+    /** Whether there is such an object now; does not wait. */
+    exists(name: ObjectName): boolean;
+    isPointer(object: ApplicationObject): boolean;
+    isValue(object: ApplicationObject): boolean;
+    isReference(object: ApplicationObject): boolean;
+    isArray(object: ApplicationObject): boolean;
+    /** A pointer to the object. */
+    ref(object: ApplicationObject): ApplicationObject;
+    /** What the pointer points to. */
+    deref(object: ApplicationObject): ApplicationObject;
+    children(object: ObjectName): ApplicationObject[];
+    /** On the screen, in pixels. */
+    globalBounds(object: ObjectName): { x: number, y: number, width: number, height: number };
+    /** Null for a top-level object. */
+    parent(object: ObjectName): ApplicationObject | null;
+    topLevelObjects(): ApplicationObject[];
+    /** All properties with their values. */
+    properties(object: ObjectName): { [property: string]: any };
+    convertTo(object: ObjectName, type: string | ApplicationClass): ApplicationObject;
+    /** A null pointer of the class. */
+    createNull(type: string | ApplicationClass): ApplicationObject;
+    /** Saves a PNG and gives its path; without a file name it goes beside the results. */
+    grabScreenshot(object: ObjectName, file?: string): string;
+}
+
+interface ObjectMapFunctions {
+    /** Gives the object a symbolic name. */
+    add(object: ApplicationObject): string;
+    /** The symbolic name of a real one, or of an object. */
+    symbolicName(name: string | ApplicationObject): string;
+    /** The real name of a symbolic one, or of an object. */
+    realName(name: string | ApplicationObject): string;
+    symbolicNames(): string[];
+    /** Replaces the object map by that of the file. */
+    load(file: string): void;
+}
+
+interface TorvixInfo {
+    readonly version: number;
+    readonly major: number;
+    readonly minor: number;
+    readonly patch: number;
+    /** "major.minor.patch" */
+    readonly version_str: string;
+    readonly settingsGroup: string;
+    readonly defaultDevice: string;
+    /** The folder of the test case. */
+    readonly testCase: string;
+    readonly testCaseName: string;
+    readonly testSuiteName: string;
+    /** The folder for what belongs to the results. */
+    readonly resultDir: string;
+}
+
+interface ConsoleFunctions {
+    /** Throws when the condition is false. */
+    assert(condition: unknown, message?: string): void;
+}
+
+interface MouseButtonConstants {
+    readonly None: number;
+    readonly LeftButton: number;
+    readonly MiddleButton: number;
+    readonly RightButton: number;
+    readonly Wheel: number;
+    readonly PrimaryButton: number;
+    readonly SecondaryButton: number;
+    readonly XButton1: number;
+    readonly XButton2: number;
+}
+
+interface ModifierConstants {
+    readonly None: number;
+    readonly Control: number;
+    readonly Shift: number;
+    readonly Alt: number;
+    readonly Win: number;
+    readonly Command: number;
+}
+
+// Results.
+
+declare const test: TestFunctions;
+
+// Applications.
+
+/** Starts a program, with its arguments; looked for in the suite's ApplicationFolders and in PATH. */
+declare function startApplication(command: string, host?: string, port?: number, timeoutSecs?: number): ApplicationContext;
+/** Attaches to an application that was started with TORVIX_AGENT_LISTEN. */
+declare function attachToApplication(address: string, host?: string, port?: number, timeoutSecs?: number): ApplicationContext;
+/** Waits until a started application has itself started another one. */
+declare function waitForApplicationLaunch(timeoutSecs?: number): ApplicationContext;
+/** Looks for objects in that application from now on; without an argument in the first one. */
+declare function setApplicationContext(context?: ApplicationContext): void;
+/** The first application. */
+declare function defaultApplicationContext(): ApplicationContext;
+/** The one in which objects are looked for. */
+declare function currentApplicationContext(): ApplicationContext;
+declare function applicationContext(name: string): ApplicationContext;
+declare function applicationContextList(): ApplicationContext[];
+
+// Objects.
+
+/** The object as it is now; throws when there is none. */
+declare function findObject(name: ObjectName): ApplicationObject;
+declare function findAllObjects(name: ObjectName): ApplicationObject[];
+/** Waits until the object is there, visible, enabled and not behind a modal window. */
+declare function waitForObject(name: ObjectName, timeoutMs?: number): ApplicationObject;
+/** Waits until the object is there, visible or not. */
+declare function waitForObjectExists(name: ObjectName, timeoutMs?: number): ApplicationObject;
+/** Waits for an item: by the texts that lead to it, with dots between, or by row and column. */
+declare function waitForObjectItem(container: ObjectName, item: string, timeoutMs?: number): ApplicationObject;
+declare function waitForObjectItem(container: ObjectName, row: number, column: number, timeoutMs?: number): ApplicationObject;
+/** Polls until the function, or the code in a text, gives a true value; false when the time is over. */
+declare function waitFor(condition: (() => unknown) | string, timeoutMs?: number): boolean;
+/** The name that finds the object. */
+declare function objectName(object: ApplicationObject): string;
+/** The same object with the members of another of its classes. */
+declare function cast(object: ApplicationObject, type: string | ApplicationClass): ApplicationObject;
+declare const object: ObjectFunctions;
+declare const objectMap: ObjectMapFunctions;
+
+// Actions: mouse and keyboard. Positions are pixels from the object's upper left corner; the middle
+// without one. There once an application is running.
+
+declare function mouseClick(target: ActionTarget, button?: number): void;
+declare function mouseClick(target: ActionTarget, x: number, y: number, button?: number): void;
+declare function mouseClick(target: ActionTarget, x: number, y: number, modifiers: number, button: number): void;
+declare function doubleClick(target: ActionTarget, button?: number): void;
+declare function doubleClick(target: ActionTarget, x: number, y: number, button?: number): void;
+declare function doubleClick(target: ActionTarget, x: number, y: number, modifiers: number, button: number): void;
+/** From a place by a distance. */
+declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number): void;
+declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers: number, button: number): void;
+/** 120 is one notch. */
+declare function mouseWheel(target: ActionTarget, dx: number, dy: number): void;
+declare function mouseWheel(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers?: number): void;
+/** Types into the object; "<Return>" and "<Ctrl+A>" are keys. */
+declare function type(target: ActionTarget, text: string): void;
+/** Types into whatever has the focus. */
+declare function nativeType(text: string): void;
+declare function clickButton(button: ActionTarget): void;
+/** Clicks a menu's entry, or an item of a view: "File.Save As". */
+declare function activateItem(container: ActionTarget, item: string): void;
+declare function clickItem(container: ActionTarget, item: string, button?: number): void;
+declare function clickItem(container: ActionTarget, item: string, modifiers: number, button: number): void;
+declare function doubleClickItem(container: ActionTarget, item: string, button?: number): void;
+declare function doubleClickItem(container: ActionTarget, item: string, modifiers: number, button: number): void;
+declare function expandItem(container: ActionTarget, item: string): void;
+declare function collapseItem(container: ActionTarget, item: string): void;
+/** Brings an item into view, or gives a slider or scroll bar a value. */
+declare function scrollTo(target: ActionTarget, place?: number | string): void;
+declare function setFocus(target: ActionTarget): void;
+declare function closeWindow(target: ActionTarget): void;
+declare const MouseButton: MouseButtonConstants;
+declare const Modifier: ModifierConstants;
+
+// The application's own. All of its classes are there by their names; these every Qt application has.
+
+/** The application object. */
+declare const qApp: ApplicationObject;
+/** Qt's enumerations: Qt.AlignLeft. */
+declare const Qt: ApplicationClass;
+declare const QApplication: ApplicationClass;
+declare const QColor: ApplicationClass;
+declare const QDate: ApplicationClass;
+declare const QDateTime: ApplicationClass;
+declare const QFont: ApplicationClass;
+declare const QKeySequence: ApplicationClass;
+declare const QPoint: ApplicationClass;
+declare const QPointF: ApplicationClass;
+declare const QRect: ApplicationClass;
+declare const QRectF: ApplicationClass;
+declare const QSize: ApplicationClass;
+declare const QSizeF: ApplicationClass;
+declare const QTime: ApplicationClass;
+declare const QUrl: ApplicationClass;
+
+// The rest.
+
+/** Writes a line to the standard output of the runner. */
+declare function print(text: unknown): void;
+/** Evaluates another script file; its functions and variables are then there. */
+declare function source(file: string): void;
+declare const console: ConsoleFunctions;
+/** There to tell of the misspelt name: every use throws. */
+declare const Console: never;
+declare const torvixinfo: TorvixInfo;

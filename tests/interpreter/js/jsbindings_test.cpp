@@ -1,0 +1,83 @@
+#include "interpreter/js/apitest.h"
+#include "objectmodel/samplemodel.h"
+
+namespace Torvix {
+namespace {
+
+using JsBindingsTest = ApiTest;
+
+/** Name and length of the global functions, then the names of the global objects, in their order. */
+const char* const globals = R"([
+    ["print", 1], ["pause", 1], ["cast", 1], ["objectName", 1], ["source", 1], ["findObject", 1],
+    ["findAllObjects", 1], ["sendEvent", 2], ["startApplication", 1], ["attachToApplication", 1],
+    ["waitForApplicationLaunch", 1], ["setApplicationContext", 1], ["defaultApplicationContext", 0],
+    ["currentApplicationContext", 0], ["applicationContext", 1], ["applicationContextList", 0],
+    ["waitFor", 1], ["waitForObject", 1], ["waitForObjectExists", 1], ["waitForObjectItem", 2],
+    ["installEventHandler", 2], ["uninstallEventHandler", 2], ["mousePress", 0], ["mouseRelease", 0],
+    ["mouseMove", 0], ["readGesture", 0], ["runFeatureFile", 0], ["object"], ["testData"], ["objectMap"],
+    ["torvixinfo"], ["testInteraction"], ["File"], ["Intl"], ["OS"], ["console"], ["Console"], ["XML"],
+    ["Socket"], ["Library"], ["SQL"], ["XMLHttpRequest"], ["FormData"], ["MouseButton"], ["Modifier"],
+    ["WebSocket"]])";
+
+TEST_F(JsBindingsTest, TheGlobalScopeIsFilledInOrderWithTheStatedLengths)
+{
+    ASSERT_TRUE(run(QStringLiteral("var rows = %1; var names = rows.map(row => row[0]);"
+                                   "var shown = []; for (var name in globalThis) shown.push(name);")
+                        .arg(globals)));
+    // The engine has an Intl of its own, which does not show.
+    EXPECT_EQ(text("names.filter(n => shown.includes(n)).join()"),
+              text("shown.filter(n => names.includes(n)).join()"));
+    // So is the console.
+    EXPECT_EQ(text("names.filter(n => shown.includes(n)).length >= 25"), "true");
+    EXPECT_EQ(text("rows.filter(r => r.length == 2 && r[0] in globalThis && globalThis[r[0]].length !== r[1])"
+                   ".join(' ')"),
+              "");
+    EXPECT_EQ(text("shown.includes('test')"), "true");
+    EXPECT_EQ(text("String(Object.keys(Object.getOwnPropertyDescriptor(print, 'length')))"),
+              "value,writable,enumerable,configurable");
+    EXPECT_EQ(text("var d = Object.getOwnPropertyDescriptor(print, 'length');"
+                   "[d.writable, d.enumerable, d.configurable].join()"),
+              "false,false,false");
+}
+
+TEST_F(JsBindingsTest, MembersOfTheGroupingObjects)
+{
+    EXPECT_EQ(text("var all = []; for (var n in object) all.push(n + object[n].length); all.join()"),
+              "exists1,isPointer1,isValue1,isReference1,isArray1,ref1,deref1,children1,globalBounds1,parent1,"
+              "topLevelObjects1,properties1,convertTo2,createNull1,grabScreenshot1");
+    EXPECT_EQ(text("all = []; for (var n in objectMap) all.push(n + objectMap[n].length); all.join()"),
+              "add1,symbolicName1,realName1,symbolicNames0,load1");
+    EXPECT_EQ(text("all = []; for (var n in testInteraction) all.push(n); all.join()"),
+              "choice,isAvailable,information,input,notification,password,warning,question,showImage,"
+              "None,Ok,Cancel,Yes,No");
+    EXPECT_EQ(text("[typeof print.call, typeof object.exists.apply].join()"), "undefined,undefined");
+}
+
+TEST_F(JsBindingsTest, AssignmentsToGroupsAreDroppedAndGlobalsCanBeReplaced)
+{
+    EXPECT_EQ(text("'use strict'; object.foo = 1; object.exists = 2; torvixinfo.foo = 1; "
+                   "[object.foo, typeof object.exists, torvixinfo.foo].join()"),
+              ",function,");
+    EXPECT_EQ(text("objectMap = 1; print = 2; [objectMap, print].join()"), "1,2");
+    JsInterpreter fresh(&runner);
+    ASSERT_TRUE(fresh.evaluate("typeof test", script, false, false));
+    EXPECT_EQ(fresh.resultMessage(), "undefined") << "until there is a result sink";
+}
+
+TEST_F(JsBindingsTest, EnumeratorsOfTheGlobalClassAreHiddenNumbers)
+{
+    Testing::SampleModel sample;
+    auto withKeys = std::make_unique<LocalModel>();
+    withKeys->addClass("Low").enumerator("Side", {{"Left", 1}, {"Right", 2}});
+    withKeys->addClass("Top").superClass("Low").enumerator("Way", {{"Up", 7}});
+    withKeys->setGlobalClass("Top");
+    Inspector::self()->setCurrent(Inspector::self()->addApplication(std::move(withKeys)));
+    renewInterpreter(&runner);
+    EXPECT_EQ(text("[Left, Right, Up].join()"), "1,2,7");
+    EXPECT_EQ(text("var seen = ''; for (var n in globalThis) if (n == 'Left' || n == 'Up') seen += n; seen"),
+              "");
+    interpreter.reset();
+}
+
+} // namespace
+} // namespace Torvix

@@ -1,0 +1,217 @@
+#include "interpreter/js/apitest.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/launcher.h"
+#include "testsupport/objectfunctions.h"
+#include "testsupport/scriptapi.h"
+
+#include <QImage>
+#include <QProcess>
+#include <QStandardPaths>
+
+namespace Torvix {
+namespace {
+
+/** Checks of a real application, without a screen. */
+class JsScreensTest : public ApiTest
+{
+protected:
+    void SetUp() override
+    {
+        registerScriptApi();
+        LaunchOptions options;
+        options.program = QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget");
+        options.pluginDirectory = QStringLiteral(TORVIX_TEST_BINARY_DIR "/lib/qt5/plugins");
+        options.environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        QString error;
+        application = Application::start(options, &error);
+        ASSERT_TRUE(application) << error.toStdString();
+        Inspector::self()->setCurrent(Inspector::self()->addApplication(application->takeLink()));
+        renewInterpreter(&runner);
+        ASSERT_TRUE(run("var button = waitForObject({type: 'QPushButton', name: 'count'})"))
+            << interpreter->errorMessage().toStdString();
+    }
+    void TearDown() override
+    {
+        interpreter.reset();
+        Inspector::self()->reset();
+        application.reset();
+        setDefaultWaitTimeoutMs(20'000);
+    }
+
+    void writePoint(const QString& name, const QByteArray& json)
+    {
+        QDir(directory.path()).mkpath("verificationPoints");
+        writeFile("verificationPoints/" + name, json);
+    }
+
+    std::unique_ptr<Application> application;
+};
+
+TEST_F(JsScreensTest, PicturesAreFoundWhereTheyAre)
+{
+    EXPECT_EQ(text("saveObjectSnapshot(button, 'snapshot.png')"), directory.filePath("snapshot.png"));
+    // Cut out of the screen: alone, a button has other corners than on its window.
+    ASSERT_TRUE(run("saveDesktopScreenshot('screen.png'); var b = object.globalBounds(button)"));
+    const QRect cut(text("b.x").toInt(), text("b.y").toInt(), text("b.width").toInt(),
+                    text("b.height").toInt());
+    ASSERT_TRUE(QImage(directory.filePath("screen.png")).copy(cut).save(directory.filePath("button.png")));
+    EXPECT_EQ(text("var i = findImage('button.png');"
+                   "i !== null && [i.x - b.x, i.y - b.y, i.width - b.width, i.height - b.height].join()"),
+              "0,0,0,0");
+    EXPECT_EQ(text("JSON.stringify(findImage('snapshot.png', {object: button})) == JSON.stringify(b)"),
+              "true");
+    EXPECT_TRUE(results("test.imagePresent('button.png')").startsWith("pass|Image 'button.png' present|"));
+    EXPECT_TRUE(results("test.imageNotPresent('button.png', 'gone')").startsWith("fail|gone|"));
+    EXPECT_EQ(entries().last().attachments.size(), 2) << "what was looked at, and for";
+
+    QImage other(9, 9, QImage::Format_RGB32);
+    other.fill(qRgb(1, 200, 3));
+    ASSERT_TRUE(other.save(directory.filePath("other.png")));
+    EXPECT_EQ(text("findImage('other.png')"), "null");
+    EXPECT_EQ(results("test.imageNotPresent('other.png')"),
+              "pass|Image 'other.png' not present|Image 'other.png' is not there");
+    EXPECT_EQ(results("test.imagePresent('other.png', {timeout: 50})"),
+              "fail|Image 'other.png' present|Image 'other.png' is not there");
+    EXPECT_EQ(thrown("waitForImage('other.png', {timeout: 20})"),
+              "Error: Image 'other.png' did not appear on the screen");
+    EXPECT_EQ(thrown("findImage('button.png', {tolerence: 1})"),
+              "Error: There is no option 'tolerence' here, only tolerance, differingPixels, timeout, object");
+    EXPECT_EQ(thrown("test.imagePresent('button.png', {tolerance: 256})"),
+              "TypeError: The option 'tolerance' has to be a whole number from 0 to 255, not '256'");
+}
+
+TEST_F(JsScreensTest, TextIsReadFromTheScreen)
+{
+    if (QStandardPaths::findExecutable("tesseract").isEmpty()) {
+        EXPECT_EQ(thrown("getOcrText()"),
+                  "Error: Text recognition needs the program 'tesseract', which is not "
+                  "installed here; on Debian: apt-get install tesseract-ocr");
+        GTEST_SKIP() << "tesseract is not installed";
+    }
+    EXPECT_TRUE(text("getOcrText({object: button})").contains("Do count"))
+        << text("getOcrText()").toStdString();
+    EXPECT_TRUE(results("test.ocrTextPresent('Do count')").startsWith("pass|Text 'Do count' present|"));
+    EXPECT_TRUE(results("test.ocrTextPresent('do COUNT', {ignoreCase: true})").startsWith("pass|"));
+    EXPECT_TRUE(results("test.ocrTextNotPresent('Do count', 'm')").startsWith("fail|m|"));
+    EXPECT_TRUE(results("test.ocrTextNotPresent('Nowhere')").startsWith("pass|"));
+    EXPECT_TRUE(
+        results("test.ocrTextPresent('Nowhere', {timeout: 0})").contains("The text that was read:\n"));
+    EXPECT_EQ(text("var b = object.globalBounds(button), t = findOcrText('Do count');"
+                   "t.x >= b.x && t.y >= b.y - 2 && t.x + t.width <= b.x + b.width"),
+              "true");
+    EXPECT_TRUE(thrown("getOcrText({language: 'none'})").startsWith("Error: Text recognition failed: "));
+    EXPECT_EQ(thrown("test.ocrTextPresent(' ')"), "TypeError: There is no text to look for");
+}
+
+TEST_F(JsScreensTest, ScreenshotsAreVerifiedWithToleranceAndMasks)
+{
+    ASSERT_TRUE(run("object.grabScreenshot(button, 'verificationPoints.png')"));
+    QDir(directory.path()).mkpath("verificationPoints");
+    QImage expected(directory.filePath("verificationPoints.png"));
+    expected = expected.convertToFormat(QImage::Format_RGB32);
+    ASSERT_TRUE(expected.save(directory.filePath("verificationPoints/same.png")));
+    for (int x = 10; x < 15; ++x)
+        expected.setPixel(x, 4, qRgb(255, 0, 255));
+    ASSERT_TRUE(expected.save(directory.filePath("verificationPoints/changed.png")));
+    const auto point = [this](const char* name, const char* picture) {
+        writePoint(name, QByteArray("{\"checks\": [{\"screenshot\": {\"file\": ") + picture + "}}]}");
+    };
+    point("same", "\"same.png\"");
+    point("changed", "\"changed.png\", \"tolerance\": 3");
+    point("masked", "\"changed.png\", \"masks\": [[10, 4, 5, 1]]");
+    point("few", "\"changed.png\", \"differingPixels\": 5");
+    point("none", "\"none.png\"");
+    for (const char* good : {"same", "masked", "few"})
+        EXPECT_EQ(results(QString("test.vpWithObject('%1', button)").arg(good)),
+                  QString("pass|Verification point '%1'|").arg(good));
+    EXPECT_EQ(
+        results("test.vpWithObject('changed', button)"),
+        "fail|Verification point 'changed'|screenshot: 5 pixels differ, 0 may; they lie in x 10, y 4, width "
+        "5, height 1");
+    QStringList kept;
+    const QVector<Attachment> attachments = entries().last().attachments;
+    for (const Attachment& attachment : attachments)
+        kept += QFileInfo(attachment.path).fileName();
+    EXPECT_EQ(kept.join(' '),
+              "changed-expected.png changed-seen.png changed-difference.png changed-expected.json "
+              "changed-seen.json");
+    EXPECT_TRUE(thrown("test.vpWithObject('none', button)").startsWith("TypeError: Cannot read image '"));
+}
+
+TEST_F(JsScreensTest, TablesAreVerifiedCellByCell)
+{
+    ASSERT_TRUE(run("var table = waitForObjectExists({type: 'QTableWidget', name: 'table'})"));
+    writePoint("table", R"({"checks": [{"table": [["cell 0.0", "cell 0.1"], [null, "cell 1.1"],
+        ["cell 2.0", null]]}]})");
+    writePoint("wrong", R"({"checks": [{"table": [["cell 0.0", "other"], ["cell 1.0"]]}]})");
+    EXPECT_EQ(results("test.vpWithObject('table', table)"), "pass|Verification point 'table'|");
+    EXPECT_EQ(results("test.vpWithObject('wrong', table)"),
+              "fail|Verification point 'wrong'|table: expected 2 rows, found 3\n"
+              "row 1, column 2: expected \"other\", found \"cell 0.1\"\n"
+              "row 2: expected 1 columns, found 2");
+    EXPECT_EQ(thrown("test.vpWithObject('table', button)"),
+              "TypeError: QPushButton is no table: it has no rows and columns");
+}
+
+TEST_F(JsScreensTest, ScreenshotsAreKept)
+{
+    EXPECT_EQ(results("test.attachDesktopScreenshot(); test.attachImage(button, 'the button')"),
+              "log|Screenshot of the desktop|\nlog|the button|");
+    for (const ResultEntry& entry : entries())
+        EXPECT_FALSE(QImage(entry.attachments.value(0).path).isNull());
+    EXPECT_TRUE(text("object.grabScreenshot(button)").startsWith(outputFolder()));
+    EXPECT_EQ(text("highlightObject(button, 50); 'framed'"), "framed");
+    run("testSettings.logScreenshotOnFail = true; test.verify(true); test.verify(false)");
+    EXPECT_EQ(entries().last().attachments.size(), 1);
+    EXPECT_EQ(entries()[entries().size() - 2].attachments.size(), 0);
+}
+
+/** An X display of its own. */
+class Display
+{
+public:
+    Display()
+    {
+        m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "321x200x24", "-nolisten", "tcp"});
+        while (m_server.waitForReadyRead(20'000) && !m_server.canReadLine()) {
+        }
+        const QByteArray number = m_server.readLine().trimmed();
+        EXPECT_FALSE(number.isEmpty()) << "Xvfb did not start";
+        qputenv("DISPLAY", ':' + number);
+    }
+    ~Display()
+    {
+        qunsetenv("DISPLAY");
+        m_server.terminate();
+        m_server.waitForFinished(10'000);
+    }
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+
+private:
+    QProcess m_server;
+};
+
+using JsDisplayTest = ApiTest;
+
+TEST_F(JsDisplayTest, AVideoAndAScreenshotOfTheDisplay)
+{
+    const Display display;
+    EXPECT_EQ(results("test.attachDesktopScreenshot()"), "log|Screenshot of the desktop|");
+    EXPECT_EQ(QImage(entries().last().attachments.value(0).path).size(), QSize(321, 200));
+    EXPECT_EQ(results("test.startVideoCapture('watch')"), "log|watch|");
+    EXPECT_EQ(thrown("test.startVideoCapture()"), "TypeError: A video is being captured already");
+    EXPECT_EQ(results("test.stopVideoCapture()"), "log|Video capture stopped|");
+    const Attachment video = entries().last().attachments.value(0);
+    EXPECT_EQ(video.mimeType, "video/mp4");
+    QProcess probe;
+    probe.start("ffprobe",
+                {"-v", "error", "-show_entries", "stream=width,height", "-of", "csv=p=0", video.path});
+    ASSERT_TRUE(probe.waitForFinished(20'000));
+    EXPECT_EQ(probe.readAllStandardOutput().trimmed(), "320,200") << "even sizes, for every player";
+    EXPECT_EQ(thrown("test.stopVideoCapture()"),
+              "TypeError: test.stopVideoCapture() without test.startVideoCapture()");
+}
+
+} // namespace
+} // namespace Torvix

@@ -1,0 +1,131 @@
+#include "interpreter/js/apitest.h"
+
+namespace Torvix {
+namespace {
+
+class EnvironmentRunner : public DummyRunnerInterface
+{
+public:
+    TestEnvironment testEnvironment() override { return environment; }
+    void serviceConnections() override { ++serviced; }
+
+    TestEnvironment environment{"default", "device", "/s/tst_a//test.js", "tst_a", "s", "/tmp/../results/"};
+    int serviced = 0;
+};
+
+class JsScriptFunctionsTest : public ApiTest
+{
+protected:
+    JsScriptFunctionsTest() { renewInterpreter(&environmentRunner); }
+    ~JsScriptFunctionsTest() override { interpreter.reset(); }
+
+    EnvironmentRunner environmentRunner;
+};
+
+TEST_F(JsScriptFunctionsTest, PrintWritesItsFirstArgumentAsUtf8)
+{
+    testing::internal::CaptureStdout();
+    const QString given = text("String([print('gr\\u00fc\\u00df', 'more'), print(), print({})])");
+    std::fflush(stdout);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "gr\xc3\xbc\xc3\x9f\nundefined\n[object Object]\n");
+    EXPECT_EQ(given, ",,");
+    EXPECT_EQ(thrown("print({toString() { throw new RangeError('no text') }})"), "RangeError: no text");
+}
+
+TEST_F(JsScriptFunctionsTest, SourceRunsAFileInTheGlobalScope)
+{
+    const QString good = writeFile("good.js", "var loaded = (globalThis.loaded || 0) + 1;\n"
+                                              "function fromFile() { return this === globalThis }\n");
+    EXPECT_EQ(
+        text(QStringLiteral("(function() { source('%1'); source('%1') })(); [loaded, fromFile()].join()")
+                 .arg(good)),
+        "2,true");
+    const QString cut = writeFile("cut.js", QByteArray("loaded = 7;\0 syntax error (", 27));
+    EXPECT_EQ(text(QStringLiteral("source('%1'); loaded").arg(cut)), "7");
+    EXPECT_EQ(thrown("source()"), "Error: source() takes a string argument");
+    EXPECT_EQ(thrown("source('a', 'b')"), "Error: source() takes a string argument");
+    EXPECT_EQ(thrown("source('nofile.js')"), "Error: Couldn't open file nofile.js");
+
+    const QString bad = writeFile("bad.js", "\n\nthrow new RangeError('from below')");
+    EXPECT_EQ(thrown(QStringLiteral("source('%1')").arg(bad)), "RangeError: from below");
+    EXPECT_FALSE(run(QStringLiteral("\nsource('%1')").arg(bad)));
+    EXPECT_EQ(QFileInfo(interpreter->errorFile()).fileName(), "bad.js");
+    EXPECT_EQ(interpreter->errorLine(), 3);
+}
+
+TEST_F(JsScriptFunctionsTest, WaitForPollsUntilTrueOrTheTimeIsOver)
+{
+    EXPECT_EQ(text("waitFor('1 == 1') && waitFor(() => 'yes', 5)"), "true");
+    EXPECT_EQ(environmentRunner.serviced, 0) << "true at once does not sleep";
+    EXPECT_EQ(text("var n = 0; [waitFor(function() { return ++n == 3 }), n].join()"), "true,3");
+    EXPECT_EQ(environmentRunner.serviced, 2);
+    EXPECT_EQ(text("n = 0; [waitFor(() => { ++n; return false }, 0), n <= 2].join()"), "false,true");
+    EXPECT_EQ(text("n = 0; waitFor(() => ++n > 1 || n > 9, -5)"), "true");
+    EXPECT_EQ(text("(function() { 'use strict'; return waitFor(function() { return this.mark == 4 }, 0) })"
+                   ".call({mark: 4})"),
+              "true");
+
+    const std::pair<const char*, const char*> cases[] = {
+        {"waitFor()", "SyntaxError: waitFor(expression, [timeout])"},
+        {"waitFor('1', 2, 3)", "SyntaxError: waitFor(expression, [timeout])"},
+        {"waitFor(5, 'x')", "TypeError: waitFor() expression has to be of type string or function"},
+        {"waitFor({})", "TypeError: waitFor() expression has to be of type string or function"},
+        {"waitFor('1', '1000')", "TypeError: Invalid type of timeout value"},
+        {"waitFor('1', NaN)", "TypeError: Timeout value is not a number"},
+        {"waitFor(() => { throw new RangeError('inside') })", "RangeError: inside"},
+        {"var e = eval; eval = 5; try { waitFor('1') } finally { eval = e }",
+         "Error: Internal waitFor() failure: 'eval' is not a function object or not found!"},
+        {"var e = eval; eval = {}; try { waitFor('1') } finally { eval = e }",
+         "Error: Internal waitFor() failure: object named 'eval' is not callable!"},
+    };
+    for (const auto& [code, expected] : cases)
+        EXPECT_EQ(thrown(code), expected) << code;
+    EXPECT_EQ(thrown("waitFor('nosuch.member')").left(16), "ReferenceError: ");
+}
+
+TEST_F(JsScriptFunctionsTest, ConsoleAssertsAndItsMisspeltTwinComplains)
+{
+    EXPECT_EQ(text("[console.assert(1), console.assert.length, typeof console.log].join()"), ",1,undefined");
+    const QString typo =
+        "ReferenceError: The 'Console' object was result of a typo. Please use 'console' instead.";
+    const std::pair<const char*, QString> cases[] = {
+        {"console.assert()", "SyntaxError: Function Console.assert() requires 1 or 2 parameters"},
+        {"console.assert(1, 2, 3)", "SyntaxError: Function Console.assert() requires 1 or 2 parameters"},
+        {"console.assert(false)", "Error: ERROR: Assertion in script"},
+        {"console.assert(0, 5)", "Error: ERROR: Assertion in script: 5"},
+        {"Console.log('x')", typo},
+        {"Console.anything", typo},
+    };
+    for (const auto& [code, expected] : cases)
+        EXPECT_EQ(thrown(code), expected) << code;
+}
+
+TEST_F(JsScriptFunctionsTest, InputConstantsCannotBeChanged)
+{
+    EXPECT_EQ(text("var all = []; for (var n in MouseButton) all.push(n + MouseButton[n]); all.join()"),
+              "None0,LeftButton1,MiddleButton2,RightButton4,Wheel8,PrimaryButton16,SecondaryButton32,"
+              "XButton164,XButton2128");
+    EXPECT_EQ(text("all = []; for (n in Modifier) all.push(n + Modifier[n]); all.join()"),
+              "None0,Control128,Shift256,Alt512,Win1024,Command2048");
+    EXPECT_EQ(text("MouseButton.x = 1; MouseButton.None = 5; delete Modifier.Shift;"
+                   "[MouseButton.x, MouseButton.None, Modifier.Shift].join()"),
+              ",0,256");
+}
+
+TEST_F(JsScriptFunctionsTest, TorvixinfoTellsVersionAndTest)
+{
+    EXPECT_EQ(text("[torvixinfo.version, torvixinfo.major, torvixinfo.minor, torvixinfo.patch,"
+                   "torvixinfo.version_str].join()"),
+              "117506288,7,1,0,7.1.0");
+    EXPECT_EQ(text("[torvixinfo.settingsGroup, torvixinfo.defaultDevice, torvixinfo.resultDir].join()"),
+              "default,device,/results");
+    EXPECT_EQ(text("[torvixinfo.testCase, torvixinfo.testCaseName, torvixinfo.testSuiteName].join()"),
+              "/s/tst_a,tst_a,s");
+    environmentRunner.environment.testCase = "/s/tst_b/test.js";
+    EXPECT_EQ(text("torvixinfo.testCase = 5; torvixinfo.testCase"), "/s/tst_b") << "asked on each read";
+    environmentRunner.environment.testCase.clear();
+    EXPECT_EQ(text("[torvixinfo.testCase, torvixinfo.testCaseName].join()"), "/s/tst_a//test.js,");
+}
+
+} // namespace
+} // namespace Torvix
