@@ -183,7 +183,11 @@ TEST(InterpreterLifeTest, ManyInterpretersLeaveNothing)
         once();
     EXPECT_EQ(Collector::size(), objects);
     EXPECT_EQ(Counted::alive, 0);
+#ifndef __SANITIZE_ADDRESS__ // it holds back what is freed; there the search for leaks is the check
     EXPECT_LT(residentKilobytes() - before, 30 * 1024) << "more than 120 kB an interpreter";
+#else
+    EXPECT_GT(before, 0);
+#endif
 }
 
 /** The scheduler of a host: a queue that the interpreter's thread empties. */
