@@ -110,7 +110,9 @@ endfunction()
 
 # What the sanitizers need to know in a test and in all programs that it starts. Foreign applications
 # load our plug-ins, whose runtime must be the first in the process: it is preloaded. Leaks are looked
-# for in the test and the runner alone, which have a file of options by their name.
+# for in the test and the runner alone, which have a file of options by their name. Without the tracking
+# of thread-local storage: at the exit of a program that has loaded the plug-in at run time, the search
+# for leaks crashes in it.
 function(_torvix_sanitizer_environment test variable)
   set(environment "")
   if(TORVIX_SANITIZE)
@@ -123,7 +125,7 @@ function(_torvix_sanitizer_environment test variable)
     file(REAL_PATH ${runtime} runtime)
     set(environment
         LD_PRELOAD=${runtime}
-        ASAN_OPTIONS=detect_leaks=0:malloc_context_size=2:include_if_exists=${options}/%b
+        ASAN_OPTIONS=detect_leaks=0:intercept_tls_get_addr=0:malloc_context_size=2:include_if_exists=${options}/%b
         LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/leaks.supp:print_suppressions=0
         UBSAN_OPTIONS=print_stacktrace=1)
   endif()

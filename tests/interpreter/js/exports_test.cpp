@@ -16,7 +16,7 @@ namespace {
 TEST(PluginExports, AreThreeCFunctions)
 {
     QProcess nm;
-    nm.start("nm", {"-D", "--defined-only", "--format=posix", TORVIX_PLUGIN});
+    nm.start("nm", {"-D", "--defined-only", "--extern-only", "--format=posix", TORVIX_PLUGIN});
     ASSERT_TRUE(nm.waitForFinished());
     QStringList names;
     for (const QString& line :
