@@ -125,6 +125,77 @@ interface TestFunctions {
     compareJSONFiles(expectedFile: string, actualFile: string, options?: FileComparisonOptions | string): boolean;
     /** Stops here when somebody debugs. */
     breakpoint(): void;
+    /** Verification points: files in the test case's folder `verificationPoints`. */
+    vp(name: string, message?: string, detail?: string): boolean;
+    /** Expects a difference. */
+    xvp(name: string, message?: string, detail?: string): boolean;
+    vpWithObject(name: string, object: ObjectName, message?: string, detail?: string): boolean;
+    imagePresent(file: string, options?: SearchOptions | string): boolean;
+    imageNotPresent(file: string, options?: SearchOptions | string): boolean;
+    ocrTextPresent(text: string, options?: SearchOptions | string): boolean;
+    ocrTextNotPresent(text: string, options?: SearchOptions | string): boolean;
+    /** Attachments go into the folder of the results. */
+    attachFile(file: string, message?: string): void;
+    attachImage(image: string | ObjectName, message?: string): void;
+    attachDesktopScreenshot(message?: string): void;
+    /** Records the X display until stopVideoCapture(), which attaches the video. */
+    startVideoCapture(message?: string): void;
+    stopVideoCapture(): void;
+}
+
+/** How a picture or a text is looked for on the screen. */
+interface SearchOptions {
+    /** How long to look, in ms. */
+    timeout?: number;
+    /** Looks in this object instead of the whole screen. */
+    object?: ObjectName;
+    /** Pictures: how much each of red, green and blue may differ, 0 to 255. */
+    tolerance?: number;
+    /** Pictures: how many pixels may differ by more than that. */
+    differingPixels?: number;
+    /** Text: as tesseract names it. */
+    language?: string;
+    ignoreCase?: boolean;
+    message?: string;
+    detail?: string;
+}
+
+interface ScreenPlace {
+    x: number;
+    y: number;
+    width: number;
+    height: number;
+}
+
+/** What holds for the rest of the test case. */
+interface TestSettings {
+    /** In ms. */
+    waitForObjectTimeout: number;
+    /** A failed check ends the test case. */
+    throwOnFailure: boolean;
+    /** A failed check is kept with a screenshot. */
+    logScreenshotOnFail: boolean;
+}
+
+/** Dialogs with the person who runs the test, in the terminal. */
+interface TestInteraction {
+    /** False where there is no terminal; the others are errors there. */
+    isAvailable(): boolean;
+    information(text: string): void;
+    warning(text: string): void;
+    /** Does not wait. */
+    notification(text: string): void;
+    input(text: string, proposal?: string): string | null;
+    password(text: string): string | null;
+    /** The button that was chosen; buttons are or-ed. */
+    question(text: string, buttons?: number): number;
+    choice(text: string, choices: string[]): string | null;
+    showImage(file: string, text?: string): void;
+    readonly None: number;
+    readonly Ok: number;
+    readonly Cancel: number;
+    readonly Yes: number;
+    readonly No: number;
 }
 
 interface ObjectFunctions {
@@ -211,6 +282,34 @@ interface ModifierConstants {
 // Results.
 
 declare const test: TestFunctions;
+declare const testSettings: TestSettings;
+declare const testInteraction: TestInteraction;
+
+// Small functions.
+
+/** Waits so many seconds; fractions are fine. */
+declare function snooze(seconds: number): void;
+/** Whether it is a null pointer of the application, null or undefined. */
+declare function isNull(value: unknown): boolean;
+/** The class of an object of the application, else the script's name of the type. */
+declare function typeName(value: unknown): string;
+/** The path of a file of the test case, or of the suite's shared folder. */
+declare function findFile(kind: "testdata" | "scripts", name: string): string;
+/** Writes what is on the screen into a PNG file; gives its path. */
+declare function saveDesktopScreenshot(file: string): string;
+declare function saveObjectSnapshot(object: ObjectName, file: string): string;
+/** Frames the object in red. */
+declare function highlightObject(object: ObjectName, milliseconds?: number): void;
+
+// Pictures and texts on the screen.
+
+/** Where the picture is; null when it is not there. */
+declare function findImage(file: string, options?: SearchOptions): ScreenPlace | null;
+declare function waitForImage(file: string, options?: SearchOptions): ScreenPlace;
+/** All text, as it is read by text recognition. */
+declare function getOcrText(options?: SearchOptions): string;
+declare function findOcrText(text: string, options?: SearchOptions): ScreenPlace | null;
+declare function waitForOcrText(text: string, options?: SearchOptions): ScreenPlace;
 
 // Applications.
 

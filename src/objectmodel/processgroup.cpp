@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -39,9 +40,13 @@ std::vector<char*> pointersInto(QVector<QByteArray>& texts)
 
 /** Between fork and exec: only calls that are safe there. Writes errno to the pipe on failure. */
 [[noreturn]] void becomeProgram(const char* program, char* const* arguments, char* const* environment,
-                                const char* folder, const int* streams, int report)
+                                const char* folder, const int* streams, int report, pid_t parent)
 {
     setpgid(0, 0);
+    // Ends with this process also when that is killed and can stop nothing any more.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent)
+        _exit(127);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -95,10 +100,11 @@ std::unique_ptr<ProcessGroup> ProcessGroup::start(const Command& command, QStrin
         *error = QString::fromLocal8Bit(strerror(errno));
         return nullptr;
     }
+    const pid_t parent = getpid();
     const pid_t pid = fork();
     if (pid == 0)
         becomeProgram(arguments.first().constData(), argumentList.data(), environmentList.data(),
-                      folder.constData(), streams, report[1]);
+                      folder.constData(), streams, report[1], parent);
     ::close(report[1]);
     ::close(streams[0]);
     ::close(streams[1]);

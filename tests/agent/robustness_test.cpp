@@ -4,6 +4,7 @@
 
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QThread>
 
 #include <csignal>
 #include <signal.h>
@@ -42,8 +43,13 @@ public:
     QString path() const { return m_folder.filePath(q("listen")); }
     std::unique_ptr<AgentClient> connect() const
     {
+        // The file is there a moment before anybody listens on it.
         QString error;
         auto channel = connectTo(path(), &error);
+        for (int i = 0; i < 100 && !channel; ++i) {
+            QThread::msleep(50);
+            channel = connectTo(path(), &error);
+        }
         if (!channel)
             throw std::runtime_error(error.toStdString());
         return std::make_unique<AgentClient>(std::move(channel));

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -220,6 +221,32 @@ TEST_F(Runs, KilledAtAnyMomentLeaveAStreamThatGivesAReport)
     EXPECT_EQ(0, run({"report", "results/results.ndjson", "--reporter", "tap:-"}));
     EXPECT_TRUE(m_output.contains("not ok 1 - s/tst_a")) << m_output.toStdString();
     EXPECT_TRUE(m_output.contains("Bail out!"));
+}
+
+TEST_F(Runs, KilledTakeTheirApplicationsWithThem)
+{
+    write("s/suite.ini", "[General]\nApplicationFolders = \"" TORVIX_TEST_BINARY_DIR "/tests\"\n");
+    write("s/tst_a/test.js", "function main() {\n  test.log('pid ' + startApplication('torvixtarget').pid);\n"
+                             "  for (;;);\n}\n");
+    QProcess process;
+    start(&process, {"run", "s"});
+    QElapsedTimer timer;
+    timer.start();
+    const QRegularExpression pattern("\"pid (\\d+)\"");
+    pid_t application = 0;
+    while (timer.elapsed() < 20'000 && application == 0) {
+        QFile stream(path("results/results.ndjson"));
+        if (stream.open(QIODevice::ReadOnly))
+            application = pattern.match(QString::fromUtf8(stream.readAll())).captured(1).toInt();
+        QThread::msleep(20);
+    }
+    ASSERT_GT(application, 0) << process.readAll().toStdString();
+    process.kill();
+    ASSERT_TRUE(process.waitForFinished());
+    timer.start();
+    while (::kill(application, 0) == 0 && timer.elapsed() < 5'000)
+        QThread::msleep(20);
+    EXPECT_NE(0, ::kill(application, 0)) << "the application goes on";
 }
 
 TEST_F(Runs, ANewSuiteIsOneThatRuns)

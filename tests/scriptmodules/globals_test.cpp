@@ -3,6 +3,7 @@
 #include "interpreter/js/jsinterpreter.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/launcher.h"
+#include "testsupport/scriptapi.h"
 #include "testsupport/testresult.h"
 
 #include <QFile>
@@ -72,6 +73,7 @@ protected:
         application = Application::start(options, &error);
         ASSERT_TRUE(application) << error.toStdString();
         Inspector::self()->setCurrent(Inspector::self()->addApplication(application->takeLink()));
+        registerScriptApi();
         interpreter = std::make_unique<JsInterpreter>(&runner);
         interpreter->initTestFunctions(&result);
     }
@@ -142,13 +144,13 @@ TEST_F(Globals, ThatAreDeclaredScriptsHave)
 
 TEST_F(Globals, HaveTheMembersThatAreDeclared)
 {
-    for (const char* name : {"object", "objectMap", "console", "MouseButton", "Modifier"})
+    for (const char* name : {"object", "objectMap", "console", "MouseButton", "Modifier", "testInteraction"})
         EXPECT_EQ(Declared().members(name),
                   split(text(QStringLiteral("Object.getOwnPropertyNames(%1).join()").arg(name))))
             << name;
     // The functions of `test` come into being by being asked for.
     const Names test = Declared().members("test");
-    EXPECT_EQ(23U, test.size());
+    EXPECT_EQ(35U, test.size());
     for (const std::string& name : test)
         EXPECT_EQ("function", text(QStringLiteral("typeof test.%1").arg(QString::fromStdString(name))))
             << name;

@@ -39,12 +39,12 @@ SharedPtr<ApplicationContext> DummyRunnerInterface::waitForApplicationLaunch(int
 
 SharedPtr<ApplicationContext> DummyRunnerInterface::defaultApplicationContext()
 {
-    return new ApplicationContext;
+    return m_none;
 }
 
 SharedPtr<ApplicationContext> DummyRunnerInterface::applicationContext(const QString&)
 {
-    return new ApplicationContext;
+    return m_none; // asked at every call of a method: nothing is made anew
 }
 
 bool DummyRunnerInterface::setCurrentApplicationContext(SharedPtr<ApplicationContext>)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "interpreter/base/applicationcontext.h"
 #include "interpreter/base/export.h"
 #include "interpreter/base/runnerinterface.h"
 
@@ -50,6 +51,7 @@ public:
 
 private:
     TestResult* m_testResult;
+    const SharedPtr<ApplicationContext> m_none = new ApplicationContext;
 };
 
 } // namespace Torvix

@@ -75,8 +75,6 @@ KJS::Value dispatchGenericScriptFunction(KJS::ExecState* exec, ScriptContext::Fu
 KJS::Value jsScriptContextCall(KJS::ExecState* exec, const KJS::List& args, ScriptContext::Function function)
 {
     JSScriptContext context;
-    if (const ScriptContext* current = ScriptContext::current())
-        context.setTestResult(current->testResult());
     context.setJSArguments(exec, args);
     if (context.execute(function) == ScriptContext::Failed)
         return argError(exec, KJS::TypeError, context.errorMessage());
