@@ -10,6 +10,7 @@
 
 namespace Torvix {
 
+class ApplicationContext;
 class Argument;
 class Class;
 class NativeScriptObject;
@@ -58,6 +59,8 @@ public:
     virtual List toList() const = 0;
     virtual Map toMap() const = 0;
     virtual SharedPtr<NativeScriptObject> toNative(void* type) const = 0;
+    /** Never null: the empty context for a value that is none. */
+    virtual SharedPtr<ApplicationContext> toApplicationContext() const = 0;
     /** The value as the application wants it for this parameter, or null. */
     virtual SharedPtr<Object> convertToArgument(const Argument& argument) const = 0;
 

@@ -17,6 +17,7 @@
 
 namespace Torvix {
 
+class ApplicationContext;
 class TestResult;
 
 /**
@@ -74,6 +75,7 @@ public:
     virtual SharedPtr<ScriptArgument> toArgument(const ScriptArgument::Map& values) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(SharedPtr<NativeScriptObject> object) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(SharedPtr<Object> object) const = 0;
+    virtual SharedPtr<ScriptArgument> toArgument(SharedPtr<ApplicationContext> context) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(const Debugger::Location& location) const = 0;
     /** A literal would otherwise become a boolean. */
     SharedPtr<ScriptArgument> toArgument(const char* utf8) const

@@ -4,6 +4,7 @@
 #include "engine/object.h"
 #include "engine/reference.h"
 #include "interpreter/base/nativescriptobject.h"
+#include "interpreter/js/jsapplicationcontext.h"
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
 #include "interpreter/js/jsutils.h"
@@ -156,6 +157,11 @@ SharedPtr<NativeScriptObject> JSScriptArgument::toNative(void* type) const
         return nullptr;
     auto* wrapper = dynamic_cast<JsNativeObjectImp*>(KJS::Object::dynamicCast(m_value).imp());
     return wrapper ? wrapper->object() : nullptr;
+}
+
+SharedPtr<ApplicationContext> JSScriptArgument::toApplicationContext() const
+{
+    return unwrapAppContext(m_value);
 }
 
 SharedPtr<Object> JSScriptArgument::convertToArgument(const Argument&) const

@@ -4,6 +4,7 @@
 #include "engine/list.h"
 #include "engine/object.h"
 #include "interpreter/base/nativescriptobject.h"
+#include "interpreter/js/jsapplicationcontext.h"
 #include "interpreter/js/jsdebugger.h"
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
@@ -119,6 +120,11 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<NativeScriptObje
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<Object> object) const
 {
     return object ? argumentOf(jsWrap(m_exec, object)) : nullArgument();
+}
+
+SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<ApplicationContext> context) const
+{
+    return argumentOf(new JsApplicationContextImp(m_exec, context));
 }
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(const Debugger::Location& location) const

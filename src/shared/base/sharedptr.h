@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 #include <utility>
 
 namespace Torvix {
@@ -46,7 +47,7 @@ public:
     SharedPtr(T* object) : m_object(object) { retain(); }
     SharedPtr(const SharedPtr& other) : m_object(other.m_object) { retain(); }
     SharedPtr(SharedPtr&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
-    template <class U>
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
     SharedPtr(const SharedPtr<U>& other) : m_object(other.get())
     {
         retain();

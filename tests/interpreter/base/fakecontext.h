@@ -1,5 +1,6 @@
 #pragma once
 
+#include "interpreter/base/applicationcontext.h"
 #include "interpreter/base/nativescriptobject.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/object.h"
@@ -55,6 +56,7 @@ public:
     List toList() const override { return m_list; }
     Map toMap() const override { return m_map; }
     SharedPtr<NativeScriptObject> toNative(void*) const override { return nullptr; }
+    SharedPtr<ApplicationContext> toApplicationContext() const override { return new ApplicationContext; }
     SharedPtr<Object> convertToArgument(const Argument&) const override { return nullptr; }
     SharedPtr<ScriptArgument> invoke(const List&, QString*) const override { return nullptr; }
 
@@ -116,6 +118,10 @@ public:
     SharedPtr<ScriptArgument> toArgument(SharedPtr<Object> object) const override
     {
         return new FakeArgument(object);
+    }
+    SharedPtr<ScriptArgument> toArgument(SharedPtr<ApplicationContext>) const override
+    {
+        return nullArgument();
     }
     SharedPtr<ScriptArgument> toArgument(const Debugger::Location& location) const override
     {

@@ -1,3 +1,4 @@
+#include "interpreter/base/applicationcontext.h"
 #include "interpreter/js/jsscriptcontext.h"
 
 #include "interpreter/js/jsscriptargument.h"
@@ -221,6 +222,20 @@ TEST_F(JsScriptContextTest, OnlyTheLongLivedContextCarriesTheResultSink)
     // Read as a value and called, each function of `test` is one and the same.
     EXPECT_EQ(text("test.verify === test.verify && typeof test.verify"), "function");
     EXPECT_EQ(text("test.log = 5; test.log"), "5");
+}
+
+TEST_F(JsScriptContextTest, ApplicationContextsGoThroughScripts)
+{
+    onStack("give", [](ScriptContext* context) {
+        SharedPtr<ApplicationContext> given = new ApplicationContext;
+        given->id = 3;
+        given->name = "shop";
+        context->setResult(context->toArgument(given));
+    });
+    onStack("idOf", [](ScriptContext* context) {
+        context->setResult(context->toArgument(context->argument(0)->toApplicationContext()->id));
+    });
+    EXPECT_EQ(text("[give().name, idOf(give()), idOf(5)].join()"), "shop,3,-1");
 }
 
 TEST_F(JsScriptContextTest, StaticMembersAreGlobalsWithAnUnderscore)
