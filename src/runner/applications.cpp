@@ -257,10 +257,14 @@ std::vector<ApplicationReport> Applications::stopAll()
     for (Entry& each : m_entries) {
         const bool wasTold = std::exchange(each.endTold, true);
         const bool isStarted = each.process && each.process->wasStarted();
+        const bool isOurEnd = isStarted && each.process->isRunning();
         if (isStarted)
             each.process->stop();
-        if (!wasTold)
+        if (!wasTold) {
             reports.push_back(reportOf(each, QStringLiteral("goes on by itself")));
+            if (isOurEnd)
+                reports.back().ending = QStringLiteral("ended with the test case");
+        }
         each.model->detach(QStringLiteral("The test case has ended"));
     }
     m_entries.clear();

@@ -118,6 +118,21 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
     EXPECT_TRUE(QFile::exists(path("results/index.html")));
 }
 
+TEST_F(Runs, ErrorsOfSourcedFilesAreToldThere)
+{
+    write("s/tst_a/extra.js", "function inner() {\n  throw 'text';\n}\ninner();\n");
+    write("s/tst_a/test.js", "function main() {\n  source('extra.js');\n}\n");
+    EXPECT_EQ(1, run({"run", "s"}));
+    const RunReport seen = report();
+    const ResultEntry* entry = failure(seen);
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(path("s/tst_a/extra.js"), entry->file);
+    EXPECT_EQ(2, entry->line);
+    EXPECT_EQ(
+        QStringLiteral("at %1:2\nat %1:4\nat %2:2").arg(path("s/tst_a/extra.js"), path("s/tst_a/test.js")),
+        entry->detail);
+}
+
 TEST_F(Runs, RetriesStayVisibleAndLastFailedRunsOnlyThose)
 {
     write("s/tst_good/test.js", "function main() { test.pass('fine'); }\n");
@@ -264,7 +279,9 @@ TEST_F(Runs, TheExampleSuitePasses)
     EXPECT_EQ(0, run({"run", QStringLiteral(TORVIX_EXAMPLES "/suite_calculator")})) << m_output.toStdString();
     const RunReport seen = report();
     EXPECT_EQ(seen.cases.size(), seen.count(CaseOutcome::Passed));
-    EXPECT_EQ("calculator", seen.cases.at(0).attempts.at(0).applications.at(0).name);
+    const ApplicationReport& calculator = seen.cases.at(0).attempts.at(0).applications.at(0);
+    EXPECT_EQ("calculator", calculator.name);
+    EXPECT_EQ("ended with the test case", calculator.ending);
 }
 
 TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)

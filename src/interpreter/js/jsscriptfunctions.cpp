@@ -8,6 +8,7 @@
 #include "shared/host/realpath.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -96,15 +97,15 @@ KJS::Value jsSource(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
     const QByteArray bytes = file.readAll();
     // A source ends at its first zero byte, as everywhere in the tool.
     const QString code = QString::fromUtf8(bytes.constData());
-    jsSourceFile = std::make_unique<QString>(realPath(path));
+    const QString fileName = realPath(QDir::current().absoluteFilePath(path));
+    jsSourceFile = std::make_unique<QString>(fileName);
     KJS::Interpreter* interpreter = exec->interpreter();
-    interpreter->setSourceName(realPath(path));
+    interpreter->setSourceName(fileName);
     const KJS::Completion completion = interpreter->evaluate(code, KJS::Value(), false);
-    if (completion.complType() == KJS::Throw) {
-        exec->setException(completion.value());
-        Interpreter* owner = Interpreter::self();
-        owner->setErrorCallStack(owner->errorCallStack());
-    }
+    if (completion.complType() != KJS::Throw)
+        return KJS::Undefined();
+    // The debugger noted where it was thrown, in the file; being thrown on changes nothing of that.
+    exec->setException(completion.value());
     return KJS::Undefined();
 }
 
