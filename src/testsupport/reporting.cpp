@@ -85,6 +85,7 @@ void reportCheck(ScriptContext* context, Expectation expectation, bool passed, c
     if (isFailure(type))
         keepScreenshot(resultSink(*context), &kept, &shown);
     report(context, type, texts.message, shown, kept);
+    context->setResult(context->toArgument(!isFailure(type)));
 }
 
 bool requireArguments(ScriptContext* context, int least, int most, const char* usage)

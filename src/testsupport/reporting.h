@@ -35,7 +35,8 @@ TORVIXTEST_EXPORT void report(ScriptContext* context, ResultType type, const QSt
 
 /**
  * Reports a check: `passed` gives a pass or a failure, or where a failure is expected an unexpected
- * pass or an expected failure. `finding` says what was seen and comes before the script's detail.
+ * pass or an expected failure. The script gets whether it went as expected. `finding` says what was seen and
+ * comes before the script's detail.
  */
 TORVIXTEST_EXPORT void reportCheck(ScriptContext* context, Expectation expectation, bool passed,
                                    const ResultTexts& texts, const QString& finding,

@@ -69,10 +69,14 @@ protected:
 TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
 {
     write("s/shared/scripts/names.js", "export const answer = 42;\n");
-    write("s/tst_1pass/test.js", "import * as names from 'names.js';\nfunction main() {\n"
-                                 "  test.compare(names.answer, 42, 'answer');\n}\n");
-    write("s/tst_2fail/test.js", "function check(x) {\n  test.verify(x, 'truth');\n}\nfunction main() {\n"
-                                 "  check(false);\n  test.log('goes on');\n}\n");
+    write("s/tst_1pass/test.js",
+          "import * as names from 'names.js';\nfunction main() {\n"
+          "  const asExpected = [test.compare(names.answer, 42, 'answer'), test.xverify(false)];\n"
+          "  test.compare(asExpected.join(), 'true,true');\n}\n");
+    write("s/tst_2fail/test.js",
+          "function check(x) {\n  return test.verify(x, 'truth');\n}\nfunction main() {\n"
+          "  if (check(false) !== false) test.fatal('a failed check answers false');\n  test.log('goes "
+          "on');\n}\n");
     write("s/tst_3error/test.js", "function main() {\n  undefined.x;\n}\n");
     write("s/tst_4skip/test.js", "function main() {\n  test.skip('not here');\n  test.fail('never');\n}\n");
     write("s/tst_5syntax/test.js", "function main() {\n  let let = 1;\n}\n");
