@@ -117,6 +117,7 @@ SharedPtr<ApplicationContext> Applications::start(const QString& command, int ti
 
 void Applications::killAll()
 {
+    m_killed = true;
     const std::lock_guard<std::mutex> lock(m_pidMutex);
     for (const qint64 pid : m_startedPids)
         kill(pid_t(pid), SIGKILL);
@@ -244,7 +245,9 @@ ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) co
     report.ending = reason;
     if (entry.process && entry.process->wasStarted()) {
         const QString exitText = entry.process->exitText();
-        if (!exitText.isEmpty())
+        if (m_killed)
+            report.ending = QStringLiteral("ended by the runner");
+        else if (!exitText.isEmpty())
             report.ending = exitText;
         report.output = entry.process->lastOutput();
     }
@@ -260,7 +263,7 @@ void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
         each.context->connection = -1;
         const ApplicationReport report = reportOf(each, reason);
         if (m_endHandler)
-            m_endHandler(report, isCrash(report.ending));
+            m_endHandler(report, !m_killed && isCrash(report.ending));
     }
 }
 

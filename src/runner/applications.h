@@ -8,6 +8,7 @@
 
 #include <QStringList>
 
+#include <atomic>
 #include <functional>
 #include <list>
 #include <memory>
@@ -32,7 +33,7 @@ struct ApplicationSettings
 class Applications
 {
 public:
-    /** Told when an application has gone that nobody asked to end. */
+    /** Told when an application has gone by itself, or by killAll(), which is no crash. */
     using EndHandler = std::function<void(const ApplicationReport& report, bool crashed)>;
 
     explicit Applications(ApplicationSettings settings);
@@ -91,6 +92,7 @@ private:
     ApplicationSettings m_settings;
     EndHandler m_endHandler;
     std::vector<Entry> m_entries;
+    std::atomic<bool> m_killed{false}; ///< by killAll(): an end is then no crash
     std::mutex m_pidMutex;
     std::vector<qint64> m_startedPids;
 };

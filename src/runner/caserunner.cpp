@@ -5,7 +5,6 @@
 #include "objectmodel/objectmap.h"
 #include "runner/objecttree.h"
 #include "runner/plugin.h"
-#include "runner/watchdog.h"
 #include "testsupport/objectfunctions.h"
 #include "testsupport/report/resultstream.h"
 
@@ -144,7 +143,7 @@ void CaseRunner::runScript()
         m_applications.killAll(); // a call that waits for an application ends with it
     });
     evaluateAndCallMain(QString::fromUtf8(script.readAll()));
-    reportEnding(int(m_watchdog->unwatch()));
+    reportEnding(m_watchdog->unwatch());
     m_interpreter.reset();
 }
 
@@ -169,25 +168,33 @@ void CaseRunner::evaluateAndCallMain(const QString& code)
 void CaseRunner::reportScriptError()
 {
     // A test outcome that ended the script leaves no message: it has been reported already.
-    if (m_interpreter->errorMessage().isEmpty() || m_watchdog->isInterrupted())
+    if (m_interpreter->errorMessage().isEmpty())
         return;
     QStringList callers;
     for (const LineInfo& frame : m_interpreter->errorCallStack())
         callers += QStringLiteral("at %1:%2").arg(frame.file, QString::number(frame.line));
     if (callers.size() == 1)
         callers.clear(); // the place of the error says it
-    m_result.add(ResultType::Error, m_interpreter->errorMessage(), callers.join(QLatin1Char('\n')),
-                 {m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()});
+    const LineInfo place{m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()};
+    const QString stack = callers.join(QLatin1Char('\n'));
+    if (m_watchdog->reason() == Watchdog::Reason::None) {
+        m_result.add(ResultType::Error, m_interpreter->errorMessage(), stack, place);
+    } else if (m_stopPlace.file.isEmpty()) {
+        // Whatever failed did so because the script and its applications were stopped.
+        m_stopPlace = place;
+        m_stopCallers = stack;
+    }
 }
 
-void CaseRunner::reportEnding(int reason)
+void CaseRunner::reportEnding(Watchdog::Reason reason)
 {
-    if (reason == int(Watchdog::Reason::Timeout))
-        m_result.add(ResultType::Error,
-                     QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs),
-                     QString(), {m_case.script, 0});
-    else if (reason == int(Watchdog::Reason::Interrupt))
-        m_result.add(ResultType::Error, QStringLiteral("Interrupted"), QString(), {m_case.script, 0});
+    if (reason == Watchdog::Reason::None)
+        return;
+    const bool isTimeout = reason == Watchdog::Reason::Timeout;
+    m_result.add(ResultType::Error,
+                 isTimeout ? QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs)
+                           : QStringLiteral("Interrupted"),
+                 m_stopCallers, m_stopPlace.file.isEmpty() ? LineInfo{m_case.script, 0} : m_stopPlace);
 }
 
 void CaseRunner::recordObjectTree()

@@ -4,6 +4,7 @@
 #include "objectmodel/inspector.h"
 #include "runner/applications.h"
 #include "runner/suite.h"
+#include "runner/watchdog.h"
 #include "testsupport/testresult.h"
 
 #include <memory>
@@ -13,7 +14,6 @@ namespace Torvix {
 class Interpreter;
 class LanguagePlugin;
 class ResultStreamWriter;
-class Watchdog;
 
 /**
  * Runs one test case once: an interpreter of its own in the case's folder, applications that end
@@ -43,7 +43,7 @@ private:
     void runScript();
     void evaluateAndCallMain(const QString& code);
     void reportScriptError();
-    void reportEnding(int reason);
+    void reportEnding(Watchdog::Reason reason);
     void recordObjectTree();
 
     // RunnerInterface
@@ -94,6 +94,8 @@ private:
     TestResult m_result;
     Applications m_applications;
     std::unique_ptr<Interpreter> m_interpreter;
+    LineInfo m_stopPlace; ///< where the script was when its time was over
+    QString m_stopCallers;
     bool m_treeRecorded = false;
 };
 

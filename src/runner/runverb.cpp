@@ -15,6 +15,7 @@
 #include <QJsonObject>
 #include <QSysInfo>
 
+#include <csignal>
 #include <cstdio>
 
 namespace Torvix {
@@ -196,7 +197,8 @@ int runVerb(const RunOptions& options)
     if (!openStream(&streamFile, options.outputFolder, &error))
         return fail(ExitUsage, error);
 
-    Watchdog watchdog; // until the reports are written: the first Ctrl-C never costs them
+    std::signal(SIGPIPE, SIG_IGN); // who reads the output may go (| head), and the run goes on
+    Watchdog watchdog;             // until the reports are written: the first Ctrl-C never costs them
     Run run(options, selection, *plugin, &streamFile, &watchdog);
     int code = run.run();
     streamFile.close();

@@ -158,6 +158,12 @@ public:
     void setSourceName(const UString& name) { m_sourceName = name; }
     void setTimeLimit(int timeLimitMs) { m_timeLimit = std::chrono::milliseconds(timeLimitMs); }
     void interrupt() { m_interrupted = true; }
+    /**
+     * For a native function that returns to script: the value to put into `*exception` when the script
+     * is to end, null otherwise. The engine itself looks only now and then, by the processor time that
+     * the script has used, which is nearly none for one that waits in native functions.
+     */
+    JSValueRef stopIfInterrupted();
 
     // ScriptHooks -----------------------------------------------------------------------------------
 
@@ -182,6 +188,7 @@ private:
     void mark(JSMarkerRef marker);
     bool isInternal(int sourceId) const { return m_internalSources.count(sourceId) > 0; }
     bool shouldStop();
+    void keepStopPlace();
     template <class Run>
     Rewriting::Outcome counted(Run run);
     template <class Hook>
@@ -231,6 +238,8 @@ private:
     std::chrono::milliseconds m_timeLimit{0};
     std::chrono::steady_clock::time_point m_runStart;
     std::atomic<bool> m_interrupted{false};
+    int m_stopLine = -1; ///< where the script was when it was told to stop
+    int m_stopSourceId = -1;
 };
 
 /** Around a native function that script called: exec state, exception, and what it leaves behind. */

@@ -102,6 +102,7 @@ Rewriting::Outcome Runtime::counted(Run run)
             if (runtime.m_runDepth++ == 0) {
                 runtime.m_runStart = std::chrono::steady_clock::now();
                 runtime.m_interrupted = false;
+                runtime.m_stopLine = runtime.m_stopSourceId = -1;
             }
         }
         ~Scope()
@@ -123,7 +124,8 @@ Rewriting::Outcome Runtime::counted(Run run)
         const QString message = m_interrupted
                                     ? QStringLiteral("Script interrupted")
                                     : QStringLiteral("Script stopped after %1 ms").arg(m_timeLimit.count());
-        const Object error = Error::create(&m_globalExec, GeneralError, UString(message));
+        const Object error =
+            Error::create(&m_globalExec, GeneralError, UString(message), m_stopLine, m_stopSourceId);
         outcome.exception = ValueAccess::toScript(*this, &m_globalExec, error);
     }
     return outcome;
@@ -163,10 +165,28 @@ Completion Runtime::evaluate(const UString& code, const Value& thisValue, bool i
 
 bool Runtime::shouldStop()
 {
-    if (m_interrupted)
-        return true;
-    return m_timeLimit.count() > 0 && m_runDepth > 0 &&
-           std::chrono::steady_clock::now() - m_runStart >= m_timeLimit;
+    const bool stops = m_interrupted || (m_timeLimit.count() > 0 && m_runDepth > 0 &&
+                                         std::chrono::steady_clock::now() - m_runStart >= m_timeLimit);
+    if (stops)
+        keepStopPlace();
+    return stops;
+}
+
+void Runtime::keepStopPlace()
+{
+    if (m_stopSourceId >= 0)
+        return;
+    const int frame = m_script->frames().depth();
+    m_stopLine = m_script->line(frame);
+    m_stopSourceId = m_script->sourceId(frame);
+}
+
+JSValueRef Runtime::stopIfInterrupted()
+{
+    if (!m_interrupted || m_runDepth == 0)
+        return nullptr;
+    keepStopPlace();
+    return m_script->stop();
 }
 
 const Rewriting::FunctionInfo* Runtime::declarationOf(JSObjectRef function)

@@ -163,6 +163,13 @@ JSValueRef ScriptRuntime::carryCurrentException()
     return d->makeError(QStringLiteral("the run ends with an error of native code"));
 }
 
+JSValueRef ScriptRuntime::stop()
+{
+    d->isStopping = true;
+    d->frames.word(FrameStack::PendingWord) = 1;
+    return d->makeError(QStringLiteral("the run is stopped"));
+}
+
 bool ScriptRuntime::carriesException() const
 {
     return d->carried != nullptr;
