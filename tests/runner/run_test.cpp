@@ -459,6 +459,38 @@ TEST_F(Runs, InspectShowsTheNameThatFindsEachObject)
         m_output);
 }
 
+TEST_F(Runs, TheDoctorTellsWhatIsMissing)
+{
+    EXPECT_EQ(0, run({"doctor", QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget")}))
+        << m_output.toStdString();
+    EXPECT_TRUE(m_output.endsWith("Nothing is missing that is needed.\n")) << m_output.toStdString();
+    struct Row
+    {
+        const char* platform;
+        const char* display;
+        const char* program;
+        const char* told;
+    };
+    for (const Row& row : std::vector<Row>{
+             {"", "", nullptr, "MISSING  applications have a display: DISPLAY is not set\n"},
+             {"xcb", ":59999", nullptr, "MISSING  applications have a display: DISPLAY=:59999\n"},
+             {"offscreen", ":59999", "/bin/true", "it exited with status 0 before its agent called back"},
+             {"offscreen", "", TORVIX_RUNNER, "MISSING  '" TORVIX_RUNNER "' starts and can be tested\n"}}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", row.platform);
+        environment.insert("DISPLAY", row.display);
+        environment.remove("WAYLAND_DISPLAY");
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(TORVIX_RUNNER,
+                      row.program ? QStringList{"doctor", row.program} : QStringList{"doctor"});
+        ASSERT_TRUE(process.waitForFinished(60'000));
+        EXPECT_EQ(1, process.exitCode());
+        const QString told = QString::fromUtf8(process.readAllStandardOutput());
+        EXPECT_TRUE(told.contains(row.told)) << told.toStdString();
+    }
+}
+
 TEST_F(Runs, TheExampleSuitePasses)
 {
     EXPECT_EQ(0, run({"run", QStringLiteral(TORVIX_EXAMPLES "/suite_calculator")})) << m_output.toStdString();
