@@ -111,6 +111,11 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
     write("s/tst_6nomain/test.js", "var x = 1;\n");
     write("s/tst_7fatal/test.js", "function main() {\n  test.fatal('the end');\n  test.fail('never');\n}\n");
     write("s/tst_8primitive/test.js", "function main() {\n  throw 'just text';\n}\n");
+    write("s/tst_9async/test.js", "async function main() {\n  await 1;\n  undefined.x;\n}\n");
+    write("s/tst_9stuck/test.js", "async function main() {\n  await new Promise(() => 0);\n}\n");
+    write("s/tst_9xfatal/test.js",
+          "async function main() {\n  await 1;\n  test.fatal('the end');\n  test.fail('never');\n}\n");
+    write("s/tst_9yfine/test.js", "async function main() {\n  await 1;\n  test.log('on');\n}\n");
     EXPECT_EQ(1, run({"run", "s"})) << m_output.toStdString();
 
     struct Expected
@@ -128,6 +133,10 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
         {CaseOutcome::Error, 1, "The script has no function main()"},
         {CaseOutcome::Failed, 2, "the end"},
         {CaseOutcome::Error, 2, "Script threw exception: just text"},
+        {CaseOutcome::Error, 3, "undefined is not an object"},
+        {CaseOutcome::Error, 0, "The function waits for a promise that nothing settles"},
+        {CaseOutcome::Failed, 3, "the end"},
+        {CaseOutcome::Passed, 0, ""},
     };
     const RunReport seen = report();
     ASSERT_EQ(int(table.size()), seen.cases.size());
@@ -137,7 +146,9 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
         SCOPED_TRACE(testCase.name.toStdString());
         EXPECT_EQ(caseOutcomeName(expected.outcome), caseOutcomeName(testCase.outcome()));
         const ResultEntry* entry = failure(seen, i);
-        EXPECT_EQ(expected.line > 0, entry != nullptr);
+        const bool isFine =
+            expected.outcome == CaseOutcome::Passed || expected.outcome == CaseOutcome::Skipped;
+        EXPECT_EQ(isFine, entry == nullptr);
         if (!entry)
             continue;
         EXPECT_EQ(expected.line, entry->line);

@@ -8,6 +8,7 @@
 #include "interpreter/js/jsnativefunction.h"
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
+#include "interpreter/js/jspromise.h"
 #include "interpreter/js/jsscriptargument.h"
 #include "interpreter/js/jsscriptcontext.h"
 #include "interpreter/js/jstest.h"
@@ -225,7 +226,9 @@ bool JsInterpreter::call(const QString& name, const ObjectList& args)
         debugger()->setCurrentSourceId(declared->sourceId());
     }
     KJS::Object global = m_interpreter->globalObject();
-    function.call(exec, global, list);
+    const KJS::Value answer = function.call(exec, global, list);
+    if (m_execStates.isEmpty())
+        awaitPromise(exec, answer);
     if (!exec->hadException())
         return true;
     bool isTestOutcome = false;
