@@ -95,7 +95,13 @@ CaseOutcome outcomeFromName(const QString& name)
 class ReportBuilder
 {
 public:
-    RunReport take() { return std::move(m_report); }
+    RunReport take()
+    {
+        // Without an end it lasted as far as the stream tells.
+        if (!m_report.complete && m_report.started.isValid() && m_lastTime.isValid())
+            m_report.durationMs = qMax<qint64>(0, m_report.started.msecsTo(m_lastTime));
+        return std::move(m_report);
+    }
 
     void problem(int line, const QString& text)
     {
@@ -107,6 +113,8 @@ public:
     {
         const QString name = event["event"].toString();
         const QDateTime time = QDateTime::fromString(event["time"].toString(), Qt::ISODateWithMs);
+        if (time.isValid())
+            m_lastTime = time;
         if (name == "run-started")
             return runStarted(event, time);
         if (name == "case-started")
@@ -115,6 +123,7 @@ public:
             return runEnded(event);
         if (!m_attempt)
             return false;
+        m_attempt->durationMs = qMax<qint64>(0, m_attempt->started.msecsTo(time)); // until its end says it
         if (name == "result")
             return result(event, time);
         if (name == "application-ended")
@@ -201,6 +210,7 @@ private:
     }
 
     RunReport m_report;
+    QDateTime m_lastTime;
     AttemptReport* m_attempt = nullptr;
 };
 

@@ -87,6 +87,8 @@ TEST(ResultStream, EveryPlaceWhereItCanBeCutGivesAReport)
     EXPECT_EQ(CaseOutcome::Interrupted, cut.cases.at(1).outcome());
     EXPECT_EQ(2, cut.cases.at(1).attempts.at(0).entries.size());
     EXPECT_EQ("line 12: cut off before its end", cut.problems.at(0));
+    EXPECT_EQ(700, cut.cases.at(1).attempts.at(0).durationMs) << "as far as the stream tells";
+    EXPECT_EQ(1800, cut.durationMs);
 }
 
 TEST(ResultStream, ForeignLinesAreToldAndPassedOver)
