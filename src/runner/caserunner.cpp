@@ -7,6 +7,7 @@
 #include "runner/plugin.h"
 #include "testsupport/objectfunctions.h"
 #include "testsupport/report/resultstream.h"
+#include "testsupport/screenshots.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -104,8 +105,10 @@ CaseOutcome CaseRunner::run()
         runScript();
         const bool failed =
             m_result.outcome() == CaseOutcome::Failed || m_result.outcome() == CaseOutcome::Error;
-        if (failed)
+        if (failed) {
             recordObjectTree();
+            keepScreen();
+        }
         Inspector::self()->processEvents(0);
     }
     for (const ApplicationReport& report : m_applications.stopAll())
@@ -207,6 +210,29 @@ void CaseRunner::recordObjectTree()
         m_stream->objectTree(tree);
 }
 
+void CaseRunner::grabScreen()
+{
+    const ApplicationModel* current = Inspector::self()->current();
+    QString ignored; // it is an extra: the test case fails for what it fails
+    if (m_screen.isNull() && current && current->isAlive())
+        m_screen = grabDesktop(&ignored);
+}
+
+void CaseRunner::keepScreen()
+{
+    grabScreen();
+    const QString file =
+        m_screen.isNull() ? QString() : m_result.newOutputFile(QStringLiteral("failure.png"));
+    const QString title = QStringLiteral("The screen at the failure");
+    QString error;
+    if (!file.isEmpty() && savePng(m_screen, file, &error))
+        m_result.add(ResultType::Log, title, QString(), LineInfo(),
+                     {{file, QStringLiteral("image/png"), title}});
+    else if (!error.isEmpty())
+        m_result.add(ResultType::Warning, QStringLiteral("No screenshot of the failure: ") + error, QString(),
+                     LineInfo());
+}
+
 SharedPtr<ApplicationContext> CaseRunner::startApplication(const QString& application, const QString& host,
                                                            int, int timeoutSecs, QString* error)
 {
@@ -264,6 +290,7 @@ void CaseRunner::reportFailedLookup(const QString&, const QString&, QString*)
     Inspector* inspector = Inspector::self();
     const QString error = inspector->lastError();
     recordObjectTree();
+    grabScreen();
     inspector->setLastError(error);
 }
 

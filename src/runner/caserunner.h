@@ -7,6 +7,8 @@
 #include "runner/watchdog.h"
 #include "testsupport/testresult.h"
 
+#include <QImage>
+
 #include <memory>
 
 namespace Torvix {
@@ -45,6 +47,8 @@ private:
     void reportScriptError();
     void reportEnding(Watchdog::Reason reason);
     void recordObjectTree();
+    void grabScreen();
+    void keepScreen();
 
     // RunnerInterface
     SharedPtr<ApplicationContext> startApplication(const QString& application, const QString& host, int port,
@@ -97,6 +101,7 @@ private:
     LineInfo m_stopPlace; ///< where the script was when its time was over
     QString m_stopCallers;
     bool m_treeRecorded = false;
+    QImage m_screen; ///< at the first thing that went wrong; kept when the test case fails
 };
 
 } // namespace Torvix

@@ -534,7 +534,13 @@ TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)
     EXPECT_TRUE(failure(seen, 1)->message.contains("no-such-application")) << m_output.toStdString();
     EXPECT_EQ(3, failure(seen, 2)->line);
     EXPECT_TRUE(failure(seen, 2)->message.contains("The closest is")) << m_output.toStdString();
-    EXPECT_TRUE(seen.cases[2].attempts[0].objectTree.contains("QPushButton")) << m_output.toStdString();
+    const AttemptReport& miss = seen.cases[2].attempts[0];
+    EXPECT_TRUE(miss.objectTree.contains("QPushButton")) << m_output.toStdString();
+    ASSERT_EQ(1, miss.entries.last().attachments.size());
+    QFile screen(path("results/" + miss.entries.last().attachments[0].path));
+    EXPECT_TRUE(screen.open(QIODevice::ReadOnly) && screen.read(4) == "\x89PNG")
+        << screen.fileName().toStdString();
+    EXPECT_TRUE(crash.entries.last().attachments.isEmpty()) << "there is nothing to see any more";
 }
 
 } // namespace
