@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
+#include <QHeaderView>
 #include <QLayout>
 #include <QListWidget>
 #include <QMenu>
@@ -55,7 +56,9 @@ QAbstractItemView* viewOf(const QModelIndex& index)
     QAbstractItemView* found = nullptr;
     for (QWidget* widget : QApplication::allWidgets()) {
         auto* view = qobject_cast<QAbstractItemView*>(widget);
-        if (view && view->model() == index.model() && (!found || view->isVisible()))
+        // The headers of a view are views of the same model, without places for its items.
+        if (view && !qobject_cast<QHeaderView*>(view) && view->model() == index.model() &&
+            (!found || view->isVisible()))
             found = view;
     }
     return found;
