@@ -70,6 +70,33 @@ interface ApplicationContext {
     toString(): string;
 }
 
+/** A row of a table of test data; testData.field() reads it. */
+interface TestDataRecord {
+    /** Tells it from other objects. */
+    readonly [Symbol.toStringTag]: "TestData";
+}
+
+interface TestDataFunctions {
+    /** The records of a table: csv, tsv or text in UTF-8, or the first sheet of an .xls or .xlsx. */
+    dataset(file: string): TestDataRecord[];
+    /** The records of a sheet of a workbook; of its first one without a name. */
+    datasetExcel(file: string, sheet?: string): TestDataRecord[];
+    /** The text in a column, by its name or its number from 0; a short record has "" there. */
+    field(record: TestDataRecord, field: string | number): string;
+    /** The names of the table's columns. */
+    fieldNames(record: TestDataRecord): string[];
+    /** Copies a file of the test data into the application's current folder; gives the copy's path. */
+    put(file: string): string;
+    /** Copies a file of the application into the test case's folder; gives the copy's path. */
+    get(file: string): string;
+    /** Whether the application has the file. */
+    exists(file: string): boolean;
+    /** Removes a file of the application. */
+    remove(file: string): void;
+    /** The path of a new file of test data, in a folder that is there then; the file is not made. */
+    create(where: "local" | "shared", file: string): string;
+}
+
 interface FileComparisonOptions {
     message?: string;
     detail?: string;
@@ -347,6 +374,7 @@ declare function objectName(object: ApplicationObject): string;
 /** The same object with the members of another of its classes. */
 declare function cast(object: ApplicationObject, type: string | ApplicationClass): ApplicationObject;
 declare const object: ObjectFunctions;
+declare const testData: TestDataFunctions;
 declare const objectMap: ObjectMapFunctions;
 
 // Actions: mouse and keyboard. Positions are pixels from the object's upper left corner; the middle

@@ -724,6 +724,11 @@ struct Ping : Empty
 /**
  * Functions by name, for what has no request of its own: "addToObjectMap" (real name as text,
  * symbolic name) lets the recorder name objects; "classNames" lists the known classes.
+ *
+ * Test data files, their names relative to the application's current folder: "testDataExists" (name)
+ * answers a Bool, "testDataRemove" (name) nothing. Contents are texts in base64 (RFC 4648):
+ * "testDataRead" (name, offset) answers a piece, empty at the end; "testDataWrite" (name, offset,
+ * piece, whether it is the last) answers the absolute path; the file is there with the last piece.
  */
 struct RemoteCall
 {

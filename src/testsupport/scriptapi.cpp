@@ -76,7 +76,7 @@ void findFile(ScriptContext* context)
         return;
     }
     QString places;
-    const QString path = findTestFile(kind, context->argument(1)->toString(), &places);
+    const QString path = findTestSuiteFile(context->argument(1)->toString(), kind, &places);
     if (path.isEmpty())
         context->setError(
             QStringLiteral("There is no file '%1' in %2").arg(context->argument(1)->toString(), places));

@@ -25,5 +25,8 @@ function main() {
     for (const context of applicationContextList())
         context.detach();
     console.assert(Qt.AlignLeft === 1, torvixinfo.testCaseName);
+    for (const record of testData.dataset("users.csv"))
+        test.log(testData.fieldNames(record).map(name => testData.field(record, name)).join());
+    testData.remove(testData.put("users.csv"));
     qApp.quit();
 }

@@ -7,6 +7,7 @@
 #include "interpreter/js/jsapplicationcontext.h"
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
+#include "interpreter/js/jstestdata.h"
 #include "interpreter/js/jsutils.h"
 #include "objectmodel/class.h"
 #include "objectmodel/object.h"
@@ -157,6 +158,11 @@ SharedPtr<NativeScriptObject> JSScriptArgument::toNative(void* type) const
         return nullptr;
     auto* wrapper = dynamic_cast<JsNativeObjectImp*>(KJS::Object::dynamicCast(m_value).imp());
     return wrapper ? wrapper->object() : nullptr;
+}
+
+const TestDataRecord* JSScriptArgument::toTestDataRecord() const
+{
+    return unwrapTestDataRecord(m_value);
 }
 
 SharedPtr<ApplicationContext> JSScriptArgument::toApplicationContext() const

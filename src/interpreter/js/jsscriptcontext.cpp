@@ -9,6 +9,7 @@
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
 #include "interpreter/js/jsscriptargument.h"
+#include "interpreter/js/jstestdata.h"
 #include "interpreter/js/jsutils.h"
 #include "interpreter/js/ourkjsinterpreter.h"
 #include "objectmodel/object.h"
@@ -120,6 +121,11 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<NativeScriptObje
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<Object> object) const
 {
     return object ? argumentOf(jsWrap(m_exec, object)) : nullArgument();
+}
+
+SharedPtr<ScriptArgument> JSScriptContext::toArgument(TestDataSet* dataSet) const
+{
+    return argumentOf(wrapTestDataSet(m_exec, dataSet));
 }
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<ApplicationContext> context) const
