@@ -278,16 +278,6 @@ TEST_F(Runs, ANewSuiteIsOneThatRuns)
     EXPECT_TRUE(m_output.contains("is there already")) << m_output.toStdString();
 }
 
-TEST_F(Runs, TheExampleSuitePasses)
-{
-    EXPECT_EQ(0, run({"run", QStringLiteral(TORVIX_EXAMPLES "/suite_calculator")})) << m_output.toStdString();
-    const RunReport seen = report();
-    EXPECT_EQ(seen.cases.size(), seen.count(CaseOutcome::Passed));
-    const ApplicationReport& calculator = seen.cases.at(0).attempts.at(0).applications.at(0);
-    EXPECT_EQ("calculator", calculator.name);
-    EXPECT_EQ("ended with the test case", calculator.ending);
-}
-
 TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)
 {
     write("s/suite.ini", "[General]\nApplicationFolders = \"" TORVIX_TEST_BINARY_DIR "/tests\"\n");
