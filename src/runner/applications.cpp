@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <csignal>
@@ -35,13 +36,13 @@ Applications::~Applications()
 QString Applications::findProgram(const QString& name) const
 {
     if (name.contains(QLatin1Char('/')))
-        return QDir::current().absoluteFilePath(name);
+        return QDir::cleanPath(QDir::current().absoluteFilePath(name));
     for (const QString& folder : m_settings.folders) {
         const QFileInfo candidate(QDir(folder), name);
         if (candidate.isFile() && candidate.isExecutable())
             return candidate.absoluteFilePath();
     }
-    return name;
+    return QStandardPaths::findExecutable(name);
 }
 
 QString Applications::freeName(const QString& wanted) const
@@ -85,7 +86,19 @@ SharedPtr<ApplicationContext> Applications::start(const QString& command, int ti
         return noContext();
     }
     LaunchOptions options;
-    options.program = findProgram(parts.takeFirst());
+    const QString program = parts.takeFirst();
+    options.program = findProgram(program);
+    if (options.program.isEmpty()) {
+        *error = QStringLiteral("Cannot start %1: there is no such program in %2; give its path, or add its "
+                                "folder to %3")
+                     .arg(program,
+                          m_settings.folders.isEmpty()
+                              ? QStringLiteral("PATH")
+                              : m_settings.folders.join(QLatin1String(", ")) + QLatin1String(" or PATH"),
+                          m_settings.isSuite ? QStringLiteral("ApplicationFolders in suite.ini")
+                                             : QStringLiteral("PATH"));
+        return noContext();
+    }
     options.arguments = parts;
     options.timeoutMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
     for (const QString& variable : m_settings.environment)

@@ -22,6 +22,7 @@ struct ApplicationSettings
     QStringList folders;     ///< searched before PATH
     QStringList environment; ///< "NAME=value"
     int startTimeoutMs = 20'000;
+    bool isSuite = false; ///< they are those of a suite.ini, for errors
 };
 
 /**
@@ -83,6 +84,7 @@ private:
     SharedPtr<ApplicationContext> add(std::unique_ptr<Application> process, std::unique_ptr<ModelLink> link,
                                       const QString& commandLine);
     QString freeName(const QString& wanted) const;
+    /** Empty when a name without '/' is nowhere. */
     QString findProgram(const QString& name) const;
     ApplicationReport reportOf(Entry& entry, const QString& reason) const;
 

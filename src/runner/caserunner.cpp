@@ -58,6 +58,7 @@ ApplicationSettings applicationSettings(const SuiteSettings& settings)
     result.folders = settings.applicationFolders;
     result.environment = settings.environment;
     result.startTimeoutMs = settings.startTimeoutSecs * 1000;
+    result.isSuite = true;
     return result;
 }
 
@@ -173,6 +174,8 @@ void CaseRunner::reportScriptError()
     QStringList callers;
     for (const LineInfo& frame : m_interpreter->errorCallStack())
         callers += QStringLiteral("at %1:%2").arg(frame.file, QString::number(frame.line));
+    if (callers.size() == 1)
+        callers.clear(); // the place of the error says it
     m_result.add(ResultType::Error, m_interpreter->errorMessage(), callers.join(QLatin1Char('\n')),
                  {m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()});
 }

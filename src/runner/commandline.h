@@ -39,6 +39,7 @@ struct RunOptions
     int timeoutSecs = 0;
     bool lastFailed = false;
     bool listOnly = false;
+    bool json = false; ///< the list as JSON
     bool strictJUnit = false;
     bool quiet = false;
 };
@@ -52,8 +53,12 @@ struct ReportOptions
 
 struct InspectOptions
 {
-    QString program; ///< command to start; empty with `attach`
+    QString program; ///< command to start, quoted as for startApplication(); empty with `attach`
     QString attach;  ///< address of a waiting application
+    QString type;    ///< wildcard on the class; empty: all
+    QString name;    ///< wildcard on object name, text and title; empty: all
+    bool visibleOnly = false;
+    bool properties = false;
     bool json = false;
 };
 
@@ -64,7 +69,7 @@ struct InitOptions
 
 struct DoctorOptions
 {
-    QString program; ///< may be empty
+    QString program; ///< command to start; may be empty
 };
 
 enum class Verb { Help, Version, Run, List, Report, Inspect, Init, Doctor };

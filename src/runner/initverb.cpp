@@ -78,6 +78,10 @@ int initVerb(const InitOptions& options)
     if (target.exists() && (!target.isDir() || !folder.isEmpty()))
         return fail(ExitUsage,
                     QStringLiteral("'%1' is there already; give the path of a new folder").arg(options.path));
+    const QDir above(target.absolutePath());
+    if (above.exists(QStringLiteral("suite.ini")) && !folder.dirName().startsWith(QLatin1String("tst_")))
+        return fail(ExitUsage, QStringLiteral("'%1' is a suite; a test case in it is named tst_%2")
+                                   .arg(above.dirName(), folder.dirName()));
     QString error;
     bool made = false;
     if (folder.dirName().startsWith(QLatin1String("tst_"))) {

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -168,6 +169,97 @@ TEST_F(Runs, SelectByTagAndName)
     EXPECT_EQ("s/tst_b  [slow]\n", m_output);
     EXPECT_EQ(5, run({"run", "s", "--grep", "nothing"}));
     EXPECT_EQ("torvixrunner: no test case fits\n", m_output);
+    EXPECT_EQ(0, run({"list", "--json", "s", "s/tst_b"}));
+    const QJsonArray list = QJsonDocument::fromJson(m_output.toUtf8()).array();
+    ASSERT_EQ(3, list.size()) << "a case that two paths name runs once";
+    EXPECT_EQ(QJsonArray{"slow"}, list[1]["tags"].toArray());
+    EXPECT_EQ(path("s/tst_b/test.js"), list[1]["script"].toString());
+    EXPECT_EQ(300, list[1]["timeoutSecs"].toInt());
+    EXPECT_EQ(4, run({"run", "s", "--last-failed"}));
+    EXPECT_EQ("torvixrunner: there is no last run in 'results'; run without --last-failed first, or give its "
+              "folder with --output\n",
+              m_output);
+}
+
+TEST_F(Runs, RepeatedCasesKeepTheirOwnRetriesAndTheLimitTellsWhatDidNotRun)
+{
+    write("s/tst_a/test.js", "function main() { test.fail('no'); }\n");
+    write("s/tst_b/test.js", "function main() {}\n");
+    EXPECT_EQ(1, run({"run", "s", "--retries", "1", "--repeat-each", "3", "--max-failures", "2"}));
+    const RunReport seen = report();
+    ASSERT_EQ(2, seen.cases.size());
+    for (const CaseReport& each : seen.cases)
+        EXPECT_EQ(2, each.attempts.size());
+    EXPECT_EQ(4, seen.notRunCount());
+    EXPECT_TRUE(m_output.contains("2 failed, 4 not run in ")) << m_output.toStdString();
+}
+
+TEST_F(Runs, HostileTextsReachATerminalHarmlessAndWhole)
+{
+    write("s/tst_a/test.js", "function main() {\n  test.fail('a\\u0000b\\u001b[31m', 'x'.repeat(100000));\n"
+                             "  test.fail('second');\n}\n");
+    EXPECT_EQ(1, run({"run", "s"}));
+    EXPECT_TRUE(m_output.contains("   a\\x00b\\x1b[31m\n")) << m_output.left(500).toStdString();
+    EXPECT_TRUE(m_output.contains("   second\n"));
+    EXPECT_TRUE(m_output.contains("more characters are in the result stream]"));
+    EXPECT_LT(m_output.size(), 6000);
+    EXPECT_EQ(100000, report().cases.at(0).attempts.at(0).entries.at(0).detail.size());
+}
+
+TEST_F(Runs, AReportElsewhereFindsItsAttachments)
+{
+    write("s/tst_a/test.js", "function main() { test.attachFile(arguments ? 'data' : '', 'the data'); }\n");
+    write("s/tst_a/data", "x");
+    write("elsewhere/x", "");
+    EXPECT_EQ(0, run({"run", "s", "--reporter", "html:elsewhere/a.html"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"report", "results/results.ndjson", "--reporter", "html:elsewhere/b.html"}));
+    for (const char* name : {"elsewhere/a.html", "elsewhere/b.html"}) {
+        QFile page(path(name));
+        ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(page.readAll().contains("\"../results/tst_a/data\"")) << name;
+    }
+    EXPECT_EQ(0, run({"run", "s"}));
+    EXPECT_EQ(QStringList{"data"}, QDir(path("results/tst_a")).entryList(QDir::Files))
+        << "attachments of an earlier run go with it";
+}
+
+TEST_F(Runs, ReportsThatCannotBeWrittenAreToldEachAndLoseNothing)
+{
+    write("s/tst_a/test.js", "function main() { test.pass('fine'); }\n");
+    EXPECT_EQ(3, run({"run", "s", "--reporter", "junit:no/such/folder.xml", "--reporter", "tap:out.tap"}));
+    EXPECT_TRUE(m_output.contains("torvixrunner: The report 'no/such/folder.xml' cannot be written: "))
+        << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("torvixrunner report " + path("results/results.ndjson") +
+                                  " --reporter junit:FILE\n"));
+    EXPECT_TRUE(QFile::exists(path("out.tap")));
+    EXPECT_EQ(3, run({"report", "results/results.ndjson", "--reporter", "tap:/dev/full"}));
+    EXPECT_EQ(1, m_output.count('\n')) << m_output.toStdString();
+    EXPECT_EQ(4, run({"report", "out.tap"}));
+    EXPECT_TRUE(m_output.contains("is no result stream")) << m_output.toStdString();
+    EXPECT_EQ(4, run({"report", "results"}));
+    EXPECT_TRUE(m_output.contains("give the results.ndjson in it")) << m_output.toStdString();
+}
+
+TEST_F(Runs, AFullDiskIsToldAndWhatWasWrittenIsAReport)
+{
+    write("s/tst_a/test.js", "function main() { test.log('x'.repeat(30000)); }\n");
+    write("s/tst_b/test.js", "function main() { test.log('y'.repeat(90000)); }\n");
+    QProcess process;
+    process.setWorkingDirectory(m_folder.path());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    // A limit for the size of files, in blocks of 512 bytes, fails a write as a full disk does.
+    process.start("/bin/sh", {"-c", "ulimit -f 128; trap '' XFSZ; exec \"$0\" run s", TORVIX_RUNNER});
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    m_output = QString::fromUtf8(process.readAll());
+    EXPECT_EQ(3, process.exitCode()) << m_output.toStdString();
+    EXPECT_TRUE(
+        m_output.contains("torvixrunner: The result stream could not be written whole: File too large; "
+                          "make room, or choose another folder with --output, and run again\n"))
+        << m_output.toStdString();
+    EXPECT_EQ(0, run({"report", "results/results.ndjson", "--reporter", "json:all.json"}));
+    const RunReport seen = report();
+    EXPECT_EQ(CaseOutcome::Passed, seen.cases.at(0).outcome());
+    EXPECT_FALSE(seen.complete);
 }
 
 TEST_F(Runs, BadInputIsOneLineAndTheRightStatus)
@@ -177,7 +269,9 @@ TEST_F(Runs, BadInputIsOneLineAndTheRightStatus)
     EXPECT_EQ(4, run({"run", "nowhere"}));
     EXPECT_EQ("torvixrunner: nowhere: there is no such suite or test case\n", m_output);
     EXPECT_EQ(4, run({"run", "s", "--output", "blocker/results"}));
-    EXPECT_EQ("torvixrunner: The output folder 'blocker/results' cannot be made; use --output\n", m_output);
+    EXPECT_EQ(
+        "torvixrunner: The output folder 'blocker/results' cannot be made; choose another with --output\n",
+        m_output);
     EXPECT_EQ(4, run({"run", "s", "--no-such"}));
     EXPECT_EQ(1, m_output.count('\n')) << m_output.toStdString();
 }
@@ -274,8 +368,29 @@ TEST_F(Runs, ANewSuiteIsOneThatRuns)
     EXPECT_EQ(0, run({"init", "suite_new/tst_second"}));
     EXPECT_EQ(0, run({"list", "suite_new"}));
     EXPECT_EQ("suite_new/tst_first\nsuite_new/tst_second\n", m_output);
+    EXPECT_EQ(4, run({"init", "suite_new/second"}));
+    EXPECT_TRUE(m_output.contains("tst_second")) << m_output.toStdString();
     EXPECT_EQ(4, run({"init", "suite_new"}));
     EXPECT_TRUE(m_output.contains("is there already")) << m_output.toStdString();
+}
+
+TEST_F(Runs, InspectShowsTheNameThatFindsEachObject)
+{
+    const QString target = QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget");
+    EXPECT_EQ(0, run({"inspect", "--type", "QPush*", "--properties", target})) << m_output.toStdString();
+    for (const QString& line : m_output.split('\n', Qt::SkipEmptyParts))
+        EXPECT_TRUE(line.startsWith("    ") || line.contains(QRegularExpression("^QPush.*  \\{type='QPush")))
+            << line.toStdString();
+    EXPECT_TRUE(m_output.contains(QRegularExpression("\n    enabled +  = true\n"))) << m_output.toStdString();
+    EXPECT_EQ(0, run({"inspect", "--json", target}));
+    EXPECT_TRUE(QJsonDocument::fromJson(m_output.toUtf8())[0]["children"].isArray());
+    EXPECT_EQ(1, run({"inspect", "--name", "QPush", target}));
+    EXPECT_EQ("torvixrunner: no object fits; * stands for any characters\n", m_output);
+    EXPECT_EQ(1, run({"inspect", "no-such-application"}));
+    EXPECT_EQ(
+        "torvixrunner: Cannot start no-such-application: there is no such program in PATH; give its path, "
+        "or add its folder to PATH\n",
+        m_output);
 }
 
 TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)

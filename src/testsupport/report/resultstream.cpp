@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 namespace Torvix {
 
@@ -131,6 +133,7 @@ private:
     {
         m_report.name = event["name"].toString();
         m_report.started = time;
+        m_report.plannedCases = event["plannedCases"].toInt();
         m_report.environment = event["environment"].toObject();
         return true;
     }
@@ -139,20 +142,21 @@ private:
     {
         const QString suite = event["suite"].toString();
         const QString name = event["name"].toString();
-        // A retry follows its case at once or after others: it belongs to the entry of that name.
-        auto known = m_report.cases.end();
+        // A retry follows its case at once or after others: it belongs to the last entry of that name, of
+        // which there are several when cases are repeated.
+        auto known = m_report.cases.rend();
         if (event["attempt"].toInt(1) > 1)
-            known = std::find_if(m_report.cases.begin(), m_report.cases.end(), [&](const CaseReport& each) {
+            known = std::find_if(m_report.cases.rbegin(), m_report.cases.rend(), [&](const CaseReport& each) {
                 return each.suite == suite && each.name == name;
             });
-        if (known == m_report.cases.end()) {
+        if (known == m_report.cases.rend()) {
             CaseReport testCase;
             testCase.suite = suite;
             testCase.name = name;
             testCase.path = event["path"].toString();
             testCase.tags = stringsFromJson(event["tags"]);
             m_report.cases += testCase;
-            known = m_report.cases.end() - 1;
+            known = m_report.cases.rbegin();
         }
         known->attempts += AttemptReport();
         m_attempt = &known->attempts.last();
@@ -214,11 +218,13 @@ void ResultStreamWriter::write(const char* event, QJsonObject fields)
     if (!fields.contains("time"))
         fields["time"] = timeText(QDateTime::currentDateTimeUtc());
     const QByteArray line = QJsonDocument(fields).toJson(QJsonDocument::Compact) + '\n';
+    errno = 0;
     bool written = m_device->write(line) == line.size();
     if (auto* file = qobject_cast<QFileDevice*>(m_device))
         written = file->flush() && written;
+    // The device may know no more than that there was an error.
     if (!written && m_error.isEmpty())
-        m_error = m_device->errorString();
+        m_error = errno != 0 ? QString::fromLocal8Bit(std::strerror(errno)) : m_device->errorString();
 }
 
 void ResultStreamWriter::runStarted(const QString& name, int plannedCases, const QJsonObject& environment)
@@ -299,6 +305,7 @@ RunReport mergeReports(const QVector<RunReport>& parts)
     for (int i = 1; i < parts.size(); ++i) {
         const RunReport& part = parts[i];
         whole.cases += part.cases;
+        whole.plannedCases += part.plannedCases;
         whole.problems += part.problems;
         whole.complete = whole.complete && part.complete;
         whole.interrupted = whole.interrupted || part.interrupted;
