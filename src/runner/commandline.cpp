@@ -57,10 +57,12 @@ constexpr VerbHelp verbs[] = {
      "  torvixrunner inspect --type '*Button' --properties calculator\n"
      "  torvixrunner inspect --json --attach /tmp/app.socket\n",
      "0 shown, 1 the application could not be started, or no object fits, 4 wrong use"},
-    {Verb::Init, "init", "init PATH", "make a new suite, or in a suite a new test case tst_NAME",
-     "  torvixrunner init suite_shop\n"
+    {Verb::Init, "init", "init PATH [PROGRAM]",
+     "make a new suite for a program, or in a suite a new test case tst_NAME",
+     "  torvixrunner init suite_shop ./build/shop\n"
      "  torvixrunner init suite_shop/tst_login\n",
-     "0 made, 3 a file could not be written, 4 wrong use or the path is there already"},
+     "0 made, 1 the program could not be started, 3 a file could not be written,\n"
+     "4 wrong use or the path is there already"},
     {Verb::Doctor, "doctor", "doctor [PROGRAM [ARGUMENTS...]]",
      "tell what this machine, or an application, lacks",
      "  torvixrunner doctor\n"
@@ -305,7 +307,8 @@ bool takeArguments(const VerbHelp& verb, const QStringList& rest, CommandLine* l
         return rest.isEmpty() != line->inspect.attach.isEmpty() || wrong();
     case Verb::Init:
         line->init.path = rest.value(0);
-        return rest.size() == 1 || wrong();
+        line->init.program = rest.value(1);
+        return rest.size() == 1 || rest.size() == 2 || wrong();
     case Verb::Doctor:
         line->doctor.program = joinCommand(rest);
         return true;

@@ -65,6 +65,7 @@ struct InspectOptions
 struct InitOptions
 {
     QString path;
+    QString program; ///< that the tests are to start; may be empty
 };
 
 struct DoctorOptions

@@ -90,7 +90,7 @@ TEST(CommandLine, WrongUseIsToldInOneLineWithTheMend)
         {{"inspect"},
          "usage: torvixrunner inspect [options] [--] PROGRAM [ARGUMENTS...]; see torvixrunner inspect "
          "--help"},
-        {{"init", "a", "b"}, "usage: torvixrunner init PATH; see torvixrunner init --help"},
+        {{"init", "a", "b", "c"}, "usage: torvixrunner init PATH [PROGRAM]; see torvixrunner init --help"},
     };
     for (const WrongUse& row : table) {
         QString error;

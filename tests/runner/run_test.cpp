@@ -374,6 +374,24 @@ TEST_F(Runs, ANewSuiteIsOneThatRuns)
     EXPECT_TRUE(m_output.contains("is there already")) << m_output.toStdString();
 }
 
+TEST_F(Runs, ANewSuiteForAProgramPassesAtOnce)
+{
+    EXPECT_EQ(1, run({"init", "suite_app", "./no-such-program"}));
+    EXPECT_TRUE(m_output.contains("no-such-program")) << m_output.toStdString();
+    EXPECT_FALSE(QDir(path("suite_app")).exists());
+
+    // A link, so that there is a blank in the path.
+    QDir(m_folder.path()).mkdir("a folder");
+    ASSERT_TRUE(QFile::link(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget", path("a folder/an app")));
+    EXPECT_EQ(0, run({"init", "suite_app", "a folder/an app"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"init", "suite_app/tst_more"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"run", "suite_app"})) << m_output.toStdString();
+    const RunReport seen = report();
+    ASSERT_EQ(2, seen.cases.size());
+    for (const CaseReport& each : seen.cases)
+        EXPECT_EQ(1, each.attempts[0].applications.size()) << each.name.toStdString();
+}
+
 TEST_F(Runs, InspectShowsTheNameThatFindsEachObject)
 {
     const QString target = QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget");
