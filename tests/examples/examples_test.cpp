@@ -1,7 +1,9 @@
 #include "testsupport/report/resultstream.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -18,7 +20,7 @@ protected:
     {
         QStringList arguments{"run", "--output", m_folder.path()};
         for (const QString& suite : suites)
-            arguments += QStringLiteral(TORVIX_EXAMPLES "/") + suite;
+            arguments += QDir(QStringLiteral(TORVIX_EXAMPLES)).absoluteFilePath(suite);
         QProcess process;
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(QStringLiteral(TORVIX_RUNNER), arguments);
@@ -91,6 +93,54 @@ TEST_F(Examples, ThatFailOnPurposeFailInJustThatManner)
     EXPECT_EQ(8, failure.line);
     EXPECT_TRUE(failure.source.lines.join('\n').contains("\"43\""));
     EXPECT_EQ(ResultType::Log, wrong.entries[1].type) << "the test case went on";
+}
+
+/** The user guide, and the files that it lets a newcomer write. */
+class UserGuide
+{
+public:
+    UserGuide()
+    {
+        QFile file(QStringLiteral(TORVIX_USER_GUIDE));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        m_text = QString::fromUtf8(file.readAll());
+    }
+
+    /** The block of code that follows the first mention of a file. */
+    QByteArray contents(const QString& file) const
+    {
+        const int start = m_text.indexOf("\n```", m_text.indexOf('`' + file + '`'));
+        const int first = m_text.indexOf('\n', start + 1) + 1;
+        return m_text.mid(first, m_text.indexOf("```", first) - first).toUtf8();
+    }
+
+    /** The program that it makes a suite for. */
+    QString program() const
+    {
+        return QRegularExpression("torvixrunner init suite_mine (/\\S+)").match(m_text).captured(1);
+    }
+
+private:
+    QString m_text;
+};
+
+TEST_F(Examples, TheUserGuideLeadsToTestsThatPass)
+{
+    const UserGuide guide;
+    const QString suite = m_folder.filePath("suite_mine");
+    for (const QStringList& arguments :
+         {QStringList{"init", suite, guide.program()}, QStringList{"init", suite + "/tst_second"}})
+        ASSERT_EQ(0, QProcess::execute(QStringLiteral(TORVIX_RUNNER), arguments));
+    ASSERT_TRUE(QDir(suite).mkpath("shared/testdata"));
+    for (const QString file : {"shared/scripts/names.js", "tst_first/test.js", "shared/scripts/calculator.js",
+                               "shared/testdata/sums.csv", "tst_second/test.js"}) {
+        QFile written(suite + '/' + file);
+        ASSERT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write(guide.contents("suite_mine/" + file));
+    }
+    EXPECT_EQ(0, run({suite})) << m_output;
+    EXPECT_EQ(1, passes("tst_first")) << m_output;
+    EXPECT_EQ(2, passes("tst_second")) << m_output;
 }
 
 } // namespace
