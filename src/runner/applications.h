@@ -85,6 +85,7 @@ private:
     QString freeName(const QString& wanted) const;
     QString findProgram(const QString& name) const;
     ApplicationReport reportOf(Entry& entry, const QString& reason) const;
+    static bool isCrash(const Entry& entry);
 
     ApplicationSettings m_settings;
     EndHandler m_endHandler;
