@@ -1,6 +1,7 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
 #include "protocol/itempath.h"
+#include "protocol/lookupmessages.h"
 
 #include <QStringList>
 
