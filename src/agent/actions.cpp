@@ -44,9 +44,7 @@ public:
 
     Qt::MouseButton button() const
     {
-        // Beside Qt's buttons: the scripts' names for the primary and the secondary one.
-        const int number = this->number("button", int(Qt::LeftButton));
-        return number == 16 ? Qt::LeftButton : number == 32 ? Qt::RightButton : Qt::MouseButton(number);
+        return has("button") ? Input::mouseButtonOf(number("button", 0)) : Qt::LeftButton;
     }
     Qt::KeyboardModifiers modifiers() const { return modifiersOf(number("modifiers", 0)); }
     Input::Place place() const
@@ -78,6 +76,8 @@ void bringIntoView(const Value& target)
 
 void mouseClick(const Arguments& arguments)
 {
+    if (chooseInClosedCombo(arguments.target()))
+        return;
     bringIntoView(arguments.target());
     Input::click(arguments.place(), arguments.button(), arguments.modifiers());
 }

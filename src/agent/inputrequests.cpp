@@ -23,17 +23,6 @@ using namespace Protocol;
 
 namespace {
 
-/** The numbers of the scripts' `MouseButton` constants. */
-Qt::MouseButton scriptButton(int number)
-{
-    static const QMap<int, Qt::MouseButton> buttons = {
-        {1, Qt::LeftButton},   {2, Qt::MiddleButton}, {4, Qt::RightButton},    {16, Qt::LeftButton},
-        {32, Qt::RightButton}, {64, Qt::BackButton},  {128, Qt::ForwardButton}};
-    if (!buttons.contains(number))
-        throw Error(QStringLiteral("there is no mouse button %1").arg(number));
-    return buttons.value(number);
-}
-
 Input::Place placeOf(Session& session, const MouseAction& request)
 {
     const QPoint position(request.x, request.y);
@@ -54,7 +43,7 @@ void mouseAction(Session& session, const MouseAction& request, const Responder& 
     const Qt::KeyboardModifiers modifiers =
         request.flags & MouseHasModifiers ? modifiersOf(request.modifiers) : Qt::KeyboardModifiers();
     const Qt::MouseButton button =
-        request.flags & MouseHasButton ? scriptButton(request.button) : Qt::LeftButton;
+        request.flags & MouseHasButton ? Input::mouseButtonOf(request.button) : Qt::LeftButton;
     switch (request.kind) {
     case MouseActionKind::Move:
         Input::mouseMove(place, modifiers);

@@ -24,15 +24,22 @@ namespace Torvix::Agent {
 
 namespace {
 
-/** A copy of the item; throws with the container and the path when there is none. */
+[[noreturn]] void throwNoItem(QObject* container, const QStringList& path)
+{
+    throw Error(
+        QStringLiteral("%1 has no item '%2'. %3")
+            .arg(describeObject(container), joinItemPath(path), itemsInstead(container, path, -1, -1)),
+        Protocol::ErrorClass::NotFound);
+}
+
+/** A copy of the item; throws with the container, the path and what there is instead when there is none. */
 Value itemOrThrow(QObject* container, const QStringList& path)
 {
     if (!container)
         throw Error(QStringLiteral("an object with items is needed"));
     const Value item = findItem(container, path, -1, -1);
     if (item.isNone())
-        throw Error(QStringLiteral("%1 has no item '%2'").arg(describeObject(container), joinItemPath(path)),
-                    Protocol::ErrorClass::NotFound);
+        throwNoItem(container, path);
     return item;
 }
 
@@ -88,9 +95,16 @@ void activateMenu(QWidget* menu, const QStringList& path)
     }
 }
 
-void activateCombo(QComboBox* combo, const QStringList& path)
+/** Of an item wider than its view, the middle of what can be seen. */
+QPoint shownCenter(const QAbstractItemView* view, const QModelIndex& index)
 {
-    const QPersistentModelIndex index = itemOrThrow(combo, path).data.toModelIndex();
+    const QRect rect = view->visualRect(index);
+    const QRect shown = rect & view->viewport()->rect();
+    return shown.isEmpty() ? rect.center() : shown.center();
+}
+
+void activateComboItem(QComboBox* combo, const QPersistentModelIndex& index)
+{
     QPoint arrow(combo->width() - 8, combo->height() / 2);
     if (!combo->view()->isVisible())
         Input::click(Input::placeIn(Value::ofObject(combo), &arrow), Qt::LeftButton, {});
@@ -101,7 +115,7 @@ void activateCombo(QComboBox* combo, const QStringList& path)
             return InputQueue::Step::Again;
         view->scrollTo(index);
         // The list ignores a click right after it opened; a hand on it and Return do the same.
-        Input::mouseMove({view->viewport(), view->visualRect(index).center()});
+        Input::mouseMove({view->viewport(), shownCenter(view, index)});
         Input::key(Qt::Key_Return, {}, QStringLiteral("\r"));
         return InputQueue::Step::Done;
     });
@@ -138,7 +152,7 @@ QModelIndex shownIndex(QObject* container, const QStringList& path)
 Input::Place placeOf(QObject* container, const QModelIndex& index)
 {
     QAbstractItemView* view = viewFor(container);
-    const QPoint center = view->visualRect(index).center();
+    const QPoint center = shownCenter(view, index);
     return Input::placeIn(Value::ofObject(view->viewport()), &center);
 }
 
@@ -161,13 +175,24 @@ void setExpanded(QObject* container, const QStringList& path, bool expanded)
 
 void showIndex(const QModelIndex& index)
 {
-    QRect part;
     if (!index.isValid())
         throw Error(QStringLiteral("the item is not valid any more"));
-    Value value = Value::ofData("QModelIndex", index);
-    QWidget* viewport = widgetOf(value, &part);
-    if (auto* view = qobject_cast<QAbstractItemView*>(viewport->parentWidget()))
+    if (QAbstractItemView* view = viewOf(index))
         showItem(view, index);
+}
+
+bool chooseInClosedCombo(const Value& target)
+{
+    const QModelIndex index = target.typeName == "QModelIndex" ? target.data.toModelIndex() : QModelIndex();
+    const QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
+    if (!view || view->isVisible())
+        return false;
+    for (QObject* at = view->parent(); at; at = at->parent())
+        if (auto* combo = qobject_cast<QComboBox*>(at)) {
+            activateComboItem(combo, index);
+            return true;
+        }
+    return false;
 }
 
 void showWidgetItem(const Value& item)
@@ -198,7 +223,7 @@ void activate(QObject* container, const QStringList& path, Qt::MouseButton butto
     if (qobject_cast<QMenu*>(container) || qobject_cast<QMenuBar*>(container))
         activateMenu(static_cast<QWidget*>(container), path);
     else if (auto* combo = qobject_cast<QComboBox*>(container))
-        activateCombo(combo, path);
+        activateComboItem(combo, itemOrThrow(combo, path).data.toModelIndex());
     else if (qobject_cast<QTabWidget*>(container) || qobject_cast<QTabBar*>(container))
         clickTab(itemOrThrow(container, path), button, modifiers);
     else

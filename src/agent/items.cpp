@@ -3,14 +3,18 @@
 #include "agent/convert.h"
 #include "agent/error.h"
 #include "agent/namematcher.h"
+#include "agent/objecttree.h"
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabWidget>
 #include <QTreeView>
+
+#include <algorithm>
 
 namespace Torvix::Agent {
 
@@ -74,31 +78,124 @@ Value findTab(QTabBar* bar, const QStringList& path, int row)
     return item.index >= 0 && item.index < bar->count() ? toValue(item) : Value();
 }
 
-} // namespace
-
-QStringList splitItemPath(const QString& path)
+/** Where an item was found last: an index does not know which of several views of its model is meant. */
+QPointer<QAbstractItemView>& lastView()
 {
-    QStringList texts{QString()};
-    for (int i = 0; i < path.size(); ++i) {
-        const bool escapes = path.at(i) == QLatin1Char('\\') && i + 1 < path.size() &&
-                             (path.at(i + 1) == QLatin1Char('.') || path.at(i + 1) == QLatin1Char('\\'));
-        if (escapes)
-            texts.last().append(path.at(++i));
-        else if (path.at(i) == QLatin1Char('.'))
-            texts.append(QString());
-        else
-            texts.last().append(path.at(i));
-    }
+    static QPointer<QAbstractItemView> view;
+    return view;
+}
+
+QWidget* menuOf(QObject* container)
+{
+    return qobject_cast<QMenu*>(container) || qobject_cast<QMenuBar*>(container)
+               ? static_cast<QWidget*>(container)
+               : nullptr;
+}
+
+QTabBar* tabBarOf(QObject* container)
+{
+    auto* tabs = qobject_cast<QTabWidget*>(container);
+    return tabs ? tabs->tabBar() : qobject_cast<QTabBar*>(container);
+}
+
+QStringList menuTexts(QWidget* menu)
+{
+    QStringList texts;
+    for (const QAction* action : menu ? menu->actions() : QList<QAction*>())
+        if (!action->isSeparator() && action->isVisible())
+            texts.append(plainActionText(action->text()));
     return texts;
 }
 
-QString joinItemPath(const QStringList& texts)
+/** The texts of the items below `parent`, of a table all cells; of very many the first ones. */
+QStringList texts(QObject* container, const QStringList& parent)
 {
-    QStringList escaped;
-    for (QString text : texts)
-        escaped.append(text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-                           .replace(QLatin1Char('.'), QLatin1String("\\.")));
-    return escaped.join(QLatin1Char('.'));
+    constexpr int enough = 1000;
+    QStringList found;
+    if (QWidget* menu = menuOf(container)) {
+        QAction* action = parent.isEmpty() ? nullptr : findAction(menu, parent, -1);
+        return parent.isEmpty() ? menuTexts(menu) : menuTexts(action ? action->menu() : nullptr);
+    }
+    if (const QTabBar* bar = tabBarOf(container)) {
+        for (int i = 0; i < bar->count() && parent.isEmpty(); ++i)
+            found.append(plainActionText(bar->tabText(i)));
+        return found;
+    }
+    const QAbstractItemView* view = itemViewOf(container);
+    QAbstractItemModel* model = view ? view->model() : nullptr;
+    if (!model)
+        return found;
+    QModelIndex root = view->rootIndex();
+    if (!parent.isEmpty())
+        root = findIndex(model, root, parent, -1, -1);
+    for (int row = 0; row < model->rowCount(root) && found.size() < enough; ++row)
+        for (int column = 0; column < model->columnCount(root) && found.size() < enough; ++column) {
+            const QString text = model->index(row, column, root).data(Qt::DisplayRole).toString();
+            if (!text.isEmpty())
+                found.append(text);
+        }
+    return found;
+}
+
+/** Small for what was probably meant. */
+int unlikeness(const QString& text, const QString& wanted)
+{
+    if (text.compare(wanted, Qt::CaseInsensitive) == 0)
+        return 0;
+    if (text.startsWith(wanted, Qt::CaseInsensitive) || wanted.startsWith(text, Qt::CaseInsensitive))
+        return 1;
+    return text.contains(wanted, Qt::CaseInsensitive) || wanted.contains(text, Qt::CaseInsensitive) ? 2 : 3;
+}
+
+} // namespace
+
+QString itemsInstead(QObject* container, const QStringList& path, int row, int column)
+{
+    Q_UNUSED(column);
+    QStringList parent = path;
+    while (!parent.isEmpty() && findItem(container, parent, -1, -1).isNone())
+        parent.removeLast();
+    const QString wanted = path.value(parent.size());
+    const QString where =
+        parent.isEmpty() ? QStringLiteral("It") : QStringLiteral("'%1'").arg(joinItemPath(parent));
+    if (path.isEmpty() && itemViewOf(container) && itemViewOf(container)->model()) {
+        const QAbstractItemModel* model = itemViewOf(container)->model();
+        return QStringLiteral("It has %1 rows and %2 columns.")
+            .arg(model->rowCount(itemViewOf(container)->rootIndex()))
+            .arg(model->columnCount(itemViewOf(container)->rootIndex()));
+    }
+    QStringList there = texts(container, parent);
+    if (there.isEmpty())
+        return where + (parent.isEmpty() ? QStringLiteral(" is empty.") : QStringLiteral(" has no items."));
+    if (row < 0)
+        std::stable_sort(there.begin(), there.end(), [&wanted](const QString& left, const QString& right) {
+            return unlikeness(left, wanted) < unlikeness(right, wanted);
+        });
+    constexpr int shown = 6;
+    const int more = there.size() - shown;
+    QStringList quoted;
+    for (const QString& text : there.mid(0, shown))
+        quoted.append(QLatin1Char('\'') + text + QLatin1Char('\''));
+    return QStringLiteral("%1 has %2%3.")
+        .arg(where, quoted.join(QStringLiteral(", ")),
+             more > 0 ? QStringLiteral(" and %1 more").arg(more) : QString());
+}
+
+QAbstractItemView* viewOf(const QModelIndex& index)
+{
+    if (lastView() && lastView()->model() == index.model())
+        return lastView();
+    QAbstractItemView* found = nullptr;
+    visitAll([&](QObject* object) {
+        auto* view = qobject_cast<QAbstractItemView*>(object);
+        // A header has the model of its view, but does not show its items.
+        if (!view || view->model() != index.model() || qobject_cast<QHeaderView*>(view))
+            return true;
+        if (!found || view->isVisible())
+            found = view;
+        return !found->isVisible();
+    });
+    return found;
 }
 
 QString plainActionText(const QString& text)
@@ -122,13 +219,11 @@ QAbstractItemView* itemViewOf(QObject* container)
 
 Value findItem(QObject* container, const QStringList& path, int row, int column)
 {
-    if (qobject_cast<QMenu*>(container) || qobject_cast<QMenuBar*>(container)) {
-        QAction* action = findAction(static_cast<QWidget*>(container), path, row);
+    if (QWidget* menu = menuOf(container)) {
+        QAction* action = findAction(menu, path, row);
         return action ? Value::ofObject(action) : Value();
     }
-    if (auto* tabs = qobject_cast<QTabWidget*>(container))
-        return findTab(tabs->tabBar(), path, row);
-    if (auto* bar = qobject_cast<QTabBar*>(container))
+    if (QTabBar* bar = tabBarOf(container))
         return findTab(bar, path, row);
     QAbstractItemView* view = itemViewOf(container);
     if (!view)
@@ -136,7 +231,10 @@ Value findItem(QObject* container, const QStringList& path, int row, int column)
     if (!view->model())
         return {};
     const QModelIndex index = findIndex(view->model(), view->rootIndex(), path, row, column);
-    return index.isValid() ? toValue(index) : Value();
+    if (!index.isValid())
+        return {};
+    lastView() = view;
+    return toValue(index);
 }
 
 QStringList itemPath(const QModelIndex& index)

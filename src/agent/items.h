@@ -2,6 +2,7 @@
 
 #include "agent/typename.h"
 #include "agent/value.h"
+#include "protocol/itempath.h"
 
 #include <QMetaType>
 #include <QModelIndex>
@@ -31,10 +32,8 @@ struct TypeName<TabItem>
     static QByteArray get() { return "TabItem"; }
 };
 
-/** The texts of a path: separated by dots; `\.` is a dot and `\\` a backslash in a text. */
-QStringList splitItemPath(const QString& path);
-/** The reverse. */
-QString joinItemPath(const QStringList& texts);
+using Protocol::joinItemPath;
+using Protocol::splitItemPath;
 
 /** What a person reads: without the mark of the mnemonic and the shortcut. */
 QString plainActionText(const QString& text);
@@ -46,11 +45,23 @@ QString plainActionText(const QString& text);
  */
 Value findItem(QObject* container, const QStringList& path, int row, int column);
 
+/**
+ * The end of the message for an item that is not there, as a sentence: what is below the part of the path
+ * that does exist, what resembles the missing text most first.
+ */
+QString itemsInstead(QObject* container, const QStringList& path, int row, int column);
+
 /** The item's path in its view, as joinItemPath() takes it. */
 QStringList itemPath(const QModelIndex& index);
 
 /** The view of a combo box or the view itself; null for others. */
 QAbstractItemView* itemViewOf(QObject* container);
+
+/**
+ * The view that shows the index: the one that findItem() found it in last, else the first visible one in
+ * tree order with its model; null when there is none.
+ */
+QAbstractItemView* viewOf(const QModelIndex& index);
 
 /** Opens all parents of the item and brings it into view. */
 void showItem(QAbstractItemView* view, const QModelIndex& index);

@@ -7,6 +7,7 @@
 #include <QMetaEnum>
 #include <QMetaType>
 
+#include <algorithm>
 #include <array>
 
 namespace Torvix::Agent {
@@ -90,6 +91,21 @@ MethodInfo methodInfo(const QMetaObject* meta, const QMetaMethod& method)
                             arguments);
     };
     return info;
+}
+
+/** Whether a binding has the method already, with its default arguments; twice it would be ambiguous. */
+bool isBound(const ClassInfo& info, const MethodInfo& method)
+{
+    const auto sameType = [](const ArgumentInfo& left, const ArgumentInfo& right) {
+        const auto indirection = TypeUse::Pointer | TypeUse::List;
+        return left.type.name == right.type.name &&
+               (left.type.flags & indirection) == (right.type.flags & indirection);
+    };
+    return std::any_of(info.methods.begin(), info.methods.end(), [&](const MethodInfo& bound) {
+        return bound.name == method.name &&
+               std::equal(bound.arguments.begin(), bound.arguments.end(), method.arguments.begin(),
+                          method.arguments.end(), sameType);
+    });
 }
 
 PropertyInfo propertyInfo(const QMetaObject* meta, const QMetaProperty& property)
@@ -195,8 +211,11 @@ void addMetaMembers(ClassInfo& info)
     for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
         const QMetaMethod method = meta->method(i);
         // Private slots are no interface of the class; scripts reach public ones and invokables.
-        if (method.access() != QMetaMethod::Private)
-            info.methods.push_back(methodInfo(meta, method));
+        if (method.access() == QMetaMethod::Private)
+            continue;
+        MethodInfo described = methodInfo(meta, method);
+        if (!isBound(info, described))
+            info.methods.push_back(std::move(described));
     }
     for (int i = meta->enumeratorOffset(); i < meta->enumeratorCount(); ++i) {
         const QMetaEnum metaEnum = meta->enumerator(i);

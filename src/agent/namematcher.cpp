@@ -108,7 +108,7 @@ struct NameMatcher::Condition
     }
 };
 
-NameMatcher::NameMatcher(const Protocol::NameConditions& conditions) : m_source(conditions)
+NameMatcher::NameMatcher(const Protocol::NameConditions& conditions)
 {
     for (const Protocol::NameCondition& source : conditions) {
         if (source.property == QLatin1String("occurrence")) {
@@ -270,6 +270,12 @@ QVector<QObject*> NameMatcher::findAll(int limit)
     return found;
 }
 
+/** Whether the condition asks for a base class of the object's class. */
+bool NameMatcher::isKindOf(const Condition& condition, const QObject* object)
+{
+    return condition.subject == Subject::Type && object->inherits(condition.latinText);
+}
+
 QString NameMatcher::difference(Condition& condition, QObject* object)
 {
     const QString& wanted = condition.source.text;
@@ -277,6 +283,9 @@ QString NameMatcher::difference(Condition& condition, QObject* object)
     switch (condition.subject) {
     case Subject::Type:
         actual = QString::fromLatin1(object->metaObject()->className());
+        if (isKindOf(condition, object))
+            return QStringLiteral("its 'type' is '%1', which is a %2; a name has to give its own class")
+                .arg(actual, wanted);
         break;
     case Subject::Name:
         actual = object->objectName();
@@ -312,7 +321,9 @@ QString NameMatcher::nearestMiss()
             const bool good = holds(*condition, object);
             all = all && good;
             // Class and name say most about which object was meant.
-            score += !good ? 0 : condition->subject <= Subject::Name ? 3 : 2;
+            score += good                           ? (condition->subject <= Subject::Name ? 3 : 2)
+                     : isKindOf(*condition, object) ? 1
+                                                    : 0;
         }
         fitting += all ? 1 : 0;
         if (!all && score > best) {
@@ -321,17 +332,16 @@ QString NameMatcher::nearestMiss()
         }
         return true;
     });
-    const QString name = toText(m_source);
     if (fitting > 0)
-        return QStringLiteral("Object %1 not found: only %2 of these exist.").arg(name).arg(fitting);
+        return QStringLiteral("Only %1 of these exist.").arg(fitting);
     if (!nearest)
-        return QStringLiteral("Object %1 not found: nothing comes near it.").arg(name);
+        return QStringLiteral("Nothing comes near it.");
     QStringList differences;
     for (const auto& condition : m_conditions)
         if (!holds(*condition, nearest))
             differences.append(difference(*condition, nearest));
-    return QStringLiteral("Object %1 not found. The closest is %2: %3.")
-        .arg(name, describeObject(nearest), differences.join(QStringLiteral("; ")));
+    return QStringLiteral("The closest is %1: %2.")
+        .arg(describeObject(nearest), differences.join(QStringLiteral("; ")));
 }
 
 QString NameMatcher::toText(const Protocol::NameConditions& conditions)

@@ -5,15 +5,35 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace Torvix::Agent {
+
+/** Those without a parent, in the order in which they were shown first; Qt has them in a random one. */
+static QWidgetList parentlessWindows()
+{
+    QWidgetList windows;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (!widget->parent())
+            windows.append(widget);
+    const QWindowList shown = QGuiApplication::allWindows();
+    const auto place = [&shown](const QWidget* widget) {
+        const int index = shown.indexOf(widget->windowHandle());
+        return index < 0 ? shown.size() : index;
+    };
+    std::sort(windows.begin(), windows.end(), [&place](const QWidget* left, const QWidget* right) {
+        const int difference = place(left) - place(right);
+        return difference != 0 ? difference < 0 : left < right;
+    });
+    return windows;
+}
 
 QList<QObject*> topLevelObjects()
 {
     QList<QObject*> roots;
     if (qobject_cast<QApplication*>(QCoreApplication::instance())) {
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (!widget->parent())
-                roots.append(widget);
+        for (QWidget* widget : parentlessWindows())
+            roots.append(widget);
     }
     for (QWindow* window : QGuiApplication::topLevelWindows())
         // The native windows behind widgets are no objects of their own to scripts.

@@ -9,7 +9,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
-#include <QHeaderView>
 #include <QLayout>
 #include <QListWidget>
 #include <QMenu>
@@ -25,11 +24,6 @@
 namespace Torvix::Agent {
 
 namespace {
-
-[[noreturn]] void throwNoPlace(const Value& target)
-{
-    throw Error(QStringLiteral("%1 has no place on the screen").arg(target.toText()));
-}
 
 /** Menus, menu bars and tool bars show an action; the visible one counts. */
 QWidget* widgetOfAction(QAction* action, QRect* part)
@@ -49,19 +43,6 @@ QWidget* widgetOfAction(QAction* action, QRect* part)
         return widget;
     }
     return nullptr;
-}
-
-QAbstractItemView* viewOf(const QModelIndex& index)
-{
-    QAbstractItemView* found = nullptr;
-    for (QWidget* widget : QApplication::allWidgets()) {
-        auto* view = qobject_cast<QAbstractItemView*>(widget);
-        // The headers of a view are views of the same model, without places for its items.
-        if (view && !qobject_cast<QHeaderView*>(view) && view->model() == index.model() &&
-            (!found || view->isVisible()))
-            found = view;
-    }
-    return found;
 }
 
 QWidget* viewportOf(QAbstractItemView* view, const QRect& rect, QRect* part)
@@ -148,6 +129,19 @@ protected:
 
 } // namespace
 
+void throwNoPlace(const Value& target)
+{
+    QString name = target.toText();
+    if (target.typeName == "QModelIndex") {
+        const QModelIndex index = target.data.toModelIndex();
+        const QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
+        name = QStringLiteral("The item '%1'").arg(joinItemPath(itemPath(index)));
+        if (view)
+            name += QStringLiteral(" of ") + describeObject(view);
+    }
+    throw Error(QStringLiteral("%1 has no place on the screen").arg(name));
+}
+
 QWidget* widgetOf(const Value& target, QRect* part)
 {
     QWidget* widget = nullptr;
@@ -182,6 +176,8 @@ QRect globalBounds(const Value& target)
         return {window->mapToGlobal(QPoint(0, 0)), window->size()};
     QRect part;
     const QWidget* widget = widgetOf(target, &part);
+    if (!part.isValid())
+        throwNoPlace(target);
     return {widget->mapToGlobal(part.topLeft()), part.size()};
 }
 

@@ -1,12 +1,15 @@
 #include "agent/synthesizer.h"
 
+#include "agent/draganddrop.h"
 #include "agent/error.h"
 #include "agent/inputqueue.h"
 #include "agent/keytext.h"
 #include "agent/namematcher.h"
+#include "agent/objecttree.h"
 #include "agent/screen.h"
 
 #include <QApplication>
+#include <QMenuBar>
 #include <QScrollArea>
 #include <QWindow>
 #include <qpa/qwindowsysteminterface.h>
@@ -33,10 +36,11 @@ Pointer& pointer()
 
 QWindow* windowFor(QWidget* widget)
 {
-    if (QWidget* native = widget->nativeParentWidget())
-        if (native->windowHandle())
-            return native->windowHandle();
-    return widget->window()->windowHandle();
+    // Not nativeParentWidget(): of a dialog or a popup that is the window behind it.
+    for (const QWidget* at = widget; at; at = at->isWindow() ? nullptr : at->parentWidget())
+        if (at->windowHandle())
+            return at->windowHandle();
+    return nullptr;
 }
 
 void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
@@ -49,9 +53,10 @@ void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt
         throw Error(QStringLiteral("%1 has no window").arg(describeObject(widget)));
     Pointer& state = pointer();
     state.global = widget->mapToGlobal(place.position);
-    if (type == QEvent::MouseButtonPress)
+    if (type == QEvent::MouseButtonPress) {
+        makeDragsPossible();
         state.buttons |= button;
-    else if (type == QEvent::MouseButtonRelease)
+    } else if (type == QEvent::MouseButtonRelease)
         state.buttons &= ~Qt::MouseButtons(button);
     const QPointF global = QHighDpi::toNativePixels(QPointF(state.global), window);
     const QPointF local =
@@ -72,6 +77,24 @@ void separateClicks()
         [] { pointer().timestamp += ulong(QApplication::doubleClickInterval()) + 100; });
 }
 
+/**
+ * A press outside of an open list or menu only closes that, and does nothing else for most of them: what a
+ * person sees and clicks again. Not for what the popup belongs to, which closes it by itself.
+ */
+void closePopupsBefore(const Place& place)
+{
+    InputQueue::instance().post([guard = place.widget] {
+        QWidget* popup = QApplication::activePopupWidget();
+        if (!guard || !popup || guard->window()->windowType() == Qt::Popup || qobject_cast<QMenuBar*>(guard))
+            return InputQueue::Step::Done;
+        for (QObject* at = popup; at; at = at->parent())
+            if (at == guard)
+                return InputQueue::Step::Done;
+        popup->close();
+        return InputQueue::Step::Again;
+    });
+}
+
 void scrollIntoView(QWidget* widget, const QPoint& position)
 {
     for (QWidget* at = widget->parentWidget(); at; at = at->parentWidget()) {
@@ -87,14 +110,17 @@ QWindow* keyWindow()
 {
     if (QWidget* popup = QApplication::activePopupWidget())
         return windowFor(popup);
-    if (QWindow* window = QGuiApplication::focusWindow())
+    // Not every platform takes the focus back from a menu that has closed.
+    QWindow* window = QGuiApplication::focusWindow();
+    if (window && window->isVisible())
         return window;
-    QWidget* window = QApplication::activeModalWidget();
-    if (!window)
-        for (QWidget* each : QApplication::topLevelWidgets())
-            if (each->isVisible() && !window)
-                window = each;
-    return window ? windowFor(window) : nullptr;
+    QWidget* widget = QApplication::focusWidget();
+    if (!widget)
+        widget = QApplication::activeModalWidget();
+    for (QObject* each : topLevelObjects())
+        if (!widget && each->isWidgetType() && isVisible(each))
+            widget = static_cast<QWidget*>(each);
+    return widget ? windowFor(widget) : nullptr;
 }
 
 void sendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
@@ -107,6 +133,16 @@ void sendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const 
 }
 
 } // namespace
+
+Qt::MouseButton mouseButtonOf(int number)
+{
+    static const QMap<int, Qt::MouseButton> buttons = {
+        {1, Qt::LeftButton},   {2, Qt::MiddleButton}, {4, Qt::RightButton},    {16, Qt::LeftButton},
+        {32, Qt::RightButton}, {64, Qt::BackButton},  {128, Qt::ForwardButton}};
+    if (!buttons.contains(number))
+        throw Error(QStringLiteral("there is no mouse button %1").arg(number));
+    return buttons.value(number);
+}
 
 QPoint pointerPosition()
 {
@@ -138,9 +174,13 @@ Place placeIn(const Value& target, const QPoint* position)
     if (QWidget* modal = blockerOf(widget))
         throw Error(QStringLiteral("%1 gets no input while the modal window %2 is open")
                         .arg(describeObject(widget), describeObject(modal)));
-    if (!part.isValid() || part.isEmpty())
-        throw Error(QStringLiteral("%1 has no place on the screen").arg(target.toText()));
-    const Place place{widget, position ? part.topLeft() + *position : part.center()};
+    if (part.isEmpty())
+        throwNoPlace(target);
+    // Of an item wider than its view only the part that can be seen takes a click.
+    const QRect shown = part & widget->rect();
+    const Place place{widget, position          ? part.topLeft() + *position
+                              : shown.isEmpty() ? part.center()
+                                                : shown.center()};
     scrollIntoView(widget, place.position);
     return place;
 }
@@ -163,6 +203,7 @@ void mouseRelease(const Place& place, Qt::MouseButton button, Qt::KeyboardModifi
 
 void click(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
+    closePopupsBefore(place);
     mouseMove(place, modifiers);
     mousePress(place, button, modifiers);
     mouseRelease(place, button, modifiers);
@@ -177,6 +218,7 @@ void doubleClick(const Place& place, Qt::MouseButton button, Qt::KeyboardModifie
 
 void drag(const Place& place, const QPoint& by, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
+    closePopupsBefore(place);
     mouseMove(place, modifiers);
     mousePress(place, button, modifiers);
     // Past the distance at which a drag starts, then on in several moves as a hand makes them.

@@ -38,6 +38,12 @@ void mouseRelease(const Place& place, Qt::MouseButton button, Qt::KeyboardModifi
 void click(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 void doubleClick(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 void drag(const Place& place, const QPoint& by, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+/**
+ * The button of the scripts' `MouseButton` constants, whose 2 and 4 are the middle and the right one, other
+ * than Qt's. Throws for a number that is none.
+ */
+Qt::MouseButton mouseButtonOf(int number);
+
 /** In steps of a mouse wheel; positive is up and right. */
 void wheel(const Place& place, const QPoint& steps, Qt::KeyboardModifiers modifiers);
 

@@ -38,7 +38,9 @@ void registerTreeRequests(Dispatcher& dispatcher)
         NameMatcher matcher(request.name);
         QObject* found = matcher.findFirst();
         if (!found)
-            throw Error(matcher.nearestMiss(), ErrorClass::NotFound);
+            throw Error(QStringLiteral("Object %1 not found. %2")
+                            .arg(NameMatcher::toText(request.name), matcher.nearestMiss()),
+                        ErrorClass::NotFound);
         return ObjectReply{referTo(found, session)};
     });
     dispatcher.on<FindAll>([](Session& session, const FindAll& request) {

@@ -163,7 +163,9 @@ bool checkItem(Session& session, const FindItem& request, QObject* container, bo
                              ? QStringLiteral("%1, %2").arg(request.row).arg(request.column)
                              : joinItemPath(request.path);
     if (failed == WaitExists)
-        reply.explanation = QStringLiteral("%1 has no item '%2'.").arg(describeObject(container), text);
+        reply.explanation = QStringLiteral("%1 has no item '%2'. %3")
+                                .arg(describeObject(container), text,
+                                     itemsInstead(container, request.path, request.row, request.column));
     else if (failed != 0)
         reply.explanation =
             QStringLiteral("The item '%1' of %2 is %3.")

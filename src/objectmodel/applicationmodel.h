@@ -58,6 +58,8 @@ public:
     bool isAlive() const { return m_alive; }
     /** Why it is not alive. */
     QString endReason() const { return m_endReason; }
+    /** Whether it said that it quits: an end without that is a crash, or a process that was killed. */
+    bool hasSaidGoodbye() const { return m_saidGoodbye; }
     /** Closes the connection; all references are invalidated, as with a death. */
     void detach(const QString& reason);
     /** Longest wait for an ordinary call. Default 60,000 ms. Not used by requests that wait. */
@@ -138,6 +140,7 @@ private:
     std::unique_ptr<ModelLink> m_link;
     bool m_alive = true;
     QString m_endReason;
+    bool m_saidGoodbye = false;
     int m_callTimeoutMs = 60000;
     LinkError m_lastLinkError;
     InspectorListener* m_listener = nullptr;

@@ -131,13 +131,11 @@ public:
      */
     WaitResult waitForObject(const QString& name, int timeoutMs, quint32 conditions = Protocol::WaitReady);
     /**
-     * An item by its path of texts from the top level down: "File.Open". A dot in a text is `\.`, a
-     * backslash `\\`.
+     * An item by its path of texts from the top level down: "File.Open"; Protocol::splitItemPath() has
+     * the syntax.
      */
     WaitResult waitForItem(const SharedPtr<Object>& container, const QString& itemPath, int timeoutMs);
     WaitResult waitForItem(const SharedPtr<Object>& container, int row, int column, int timeoutMs);
-    static QStringList splitItemPath(const QString& itemPath);
-    static QString joinItemPath(const QStringList& path);
 
     ObjectList children(const SharedPtr<Object>& object);
     /** Null without an error for a top-level object. */

@@ -1,5 +1,6 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
+#include "protocol/itempath.h"
 #include "protocol/lookupmessages.h"
 
 #include <QStringList>
@@ -82,7 +83,7 @@ QString waitError(const QString& what, int timeoutMs, const WaitReply& reply)
     QString text =
         QStringLiteral("%1 %2 after %3 ms").arg(what, failedConditions(reply.failed)).arg(timeoutMs);
     if (!reply.explanation.isEmpty())
-        text += QLatin1String(": ") + reply.explanation;
+        text += QLatin1String(reply.failed & WaitExists ? ". " : ": ") + reply.explanation;
     return text;
 }
 
@@ -140,30 +141,6 @@ Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container,
     request.column = column;
     request.timeoutMs = timeoutMs;
     return waitForItem(container, request, QStringLiteral("Item in row %1, column %2").arg(row).arg(column));
-}
-
-QStringList Inspector::splitItemPath(const QString& itemPath)
-{
-    QStringList path{QString()};
-    for (int i = 0; i < itemPath.size(); ++i) {
-        const QChar next = i + 1 < itemPath.size() ? itemPath[i + 1] : QChar();
-        if (itemPath[i] == QLatin1Char('.'))
-            path.append(QString());
-        else if (itemPath[i] == QLatin1Char('\\') && (next == QLatin1Char('.') || next == QLatin1Char('\\')))
-            path.last() += itemPath[++i];
-        else
-            path.last() += itemPath[i];
-    }
-    return path;
-}
-
-QString Inspector::joinItemPath(const QStringList& path)
-{
-    QStringList escaped;
-    for (QString text : path)
-        escaped.append(text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-                           .replace(QLatin1Char('.'), QLatin1String("\\.")));
-    return escaped.join(QLatin1Char('.'));
 }
 
 // -- relations and the screen

@@ -158,9 +158,10 @@ QString ProcessGroup::exitText()
     if (WIFEXITED(*m_status))
         return QStringLiteral("exited with status %1").arg(WEXITSTATUS(*m_status));
     const int signal = WTERMSIG(*m_status);
+    const char* name = sigabbrev_np(signal);
     return QStringLiteral("was killed by signal %1 (%2)")
         .arg(signal)
-        .arg(QString::fromLocal8Bit(strsignal(signal)));
+        .arg(name ? QStringLiteral("SIG") + QLatin1String(name) : QString::fromLocal8Bit(strsignal(signal)));
 }
 
 quint64 ProcessGroup::usedTime() const

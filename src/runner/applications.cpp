@@ -18,12 +18,6 @@ SharedPtr<ApplicationContext> noContext()
     return new ApplicationContext;
 }
 
-/** An application that ended by itself with status 0 has done what it was asked to. */
-bool isCrash(const QString& ending)
-{
-    return !ending.contains(QLatin1String("status 0"));
-}
-
 } // namespace
 
 Applications::Applications(ApplicationSettings settings) : m_settings(std::move(settings)) {}
@@ -247,8 +241,18 @@ ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) co
         if (!exitText.isEmpty())
             report.ending = exitText;
         report.output = entry.process->lastOutput();
+    } else if (entry.model->hasSaidGoodbye()) {
+        report.ending = QStringLiteral("quit");
     }
     return report;
+}
+
+bool Applications::isCrash(const Entry& entry)
+{
+    // Of another's child there is no exit status, but one that quits says so.
+    return entry.process && entry.process->wasStarted()
+               ? entry.process->exitText() != QLatin1String("exited with status 0")
+               : !entry.model->hasSaidGoodbye();
 }
 
 void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
@@ -260,7 +264,7 @@ void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
         each.context->connection = -1;
         const ApplicationReport report = reportOf(each, reason);
         if (m_endHandler)
-            m_endHandler(report, isCrash(report.ending));
+            m_endHandler(report, isCrash(each));
     }
 }
 

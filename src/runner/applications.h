@@ -87,6 +87,7 @@ private:
     /** Empty when a name without '/' is nowhere. */
     QString findProgram(const QString& name) const;
     ApplicationReport reportOf(Entry& entry, const QString& reason) const;
+    static bool isCrash(const Entry& entry);
 
     ApplicationSettings m_settings;
     EndHandler m_endHandler;

@@ -52,7 +52,7 @@ TEST(AgentInput, clicksArriveAsWindowSystemEvents)
     const auto pad = target.byName(q("pad"));
     target.action(q("doubleClick"), {object(pad), Value::ofInt(10), Value::ofInt(10)});
     target.action(q("mouseWheel"), {object(pad), Value::ofInt(0), Value::ofInt(-2)});
-    target.action(q("mouseClick"), {object(pad), Value::ofInt(3), Value::ofInt(4), Value::ofInt(2)});
+    target.action(q("mouseClick"), {object(pad), Value::ofInt(3), Value::ofInt(4), Value::ofInt(4)});
     const QString seen = target.get(pad, q("seen")).text;
     for (const char* line :
          {"press 1 0 10,10", "double 1 0 10,10", "wheel 0,-240", "press 2 0 3,4", "release 2 0 3,4"})

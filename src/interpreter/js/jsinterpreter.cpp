@@ -273,20 +273,31 @@ void JsInterpreter::fetchErrorInfo(KJS::ExecState* exec, const KJS::Value* excep
         const ExceptionKeeper keeper(exec);
         setErrorMessage(error.get(exec, "message").toString(exec).qstring());
     }
+    const int sourceId = positiveProperty(exec, error, "sourceId");
+    const QString file = debugger()->findSourceId(sourceId);
+    if (sourceId && file.isNull()) {
+        setErrorPlaceToCaller();
+        return;
+    }
     if (const int line = positiveProperty(exec, error, "line"))
         setErrorLine(line);
-    if (const int sourceId = positiveProperty(exec, error, "sourceId"))
-        setErrorFile(debugger()->findSourceId(sourceId));
+    if (sourceId)
+        setErrorFile(file);
 }
 
-void JsInterpreter::fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception)
+void JsInterpreter::setErrorPlaceToCaller()
 {
-    setErrorMessage(QStringLiteral("Script threw exception: ") + textOf(exec, exception));
     const std::vector<LineInfo> stack = errorCallStack();
     if (stack.empty())
         return;
     setErrorFile(stack.front().file);
     setErrorLine(stack.front().line);
+}
+
+void JsInterpreter::fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception)
+{
+    setErrorMessage(QStringLiteral("Script threw exception: ") + textOf(exec, exception));
+    setErrorPlaceToCaller();
 }
 
 void JsInterpreter::setError(const QString& message)
