@@ -285,6 +285,7 @@ interface ConsoleFunctions {
     assert(condition: unknown, message?: string): void;
 }
 
+/** The buttons of all actions. Qt's own numbers are others: Qt.RightButton is MouseButton.MiddleButton. */
 interface MouseButtonConstants {
     readonly None: number;
     readonly LeftButton: number;
@@ -364,7 +365,7 @@ declare function findAllObjects(name: ObjectName): ApplicationObject[];
 declare function waitForObject(name: ObjectName, timeoutMs?: number): ApplicationObject;
 /** Waits until the object is there, visible or not. */
 declare function waitForObjectExists(name: ObjectName, timeoutMs?: number): ApplicationObject;
-/** Waits for an item: by the texts that lead to it, with dots between, or by row and column. */
+/** Waits for an item: by the texts that lead to it, with dots between ("File.Save As..."), or by row and column. */
 declare function waitForObjectItem(container: ObjectName, item: string, timeoutMs?: number): ApplicationObject;
 declare function waitForObjectItem(container: ObjectName, row: number, column: number, timeoutMs?: number): ApplicationObject;
 /** Polls until the function, or the code in a text, gives a true value; false when the time is over. */
@@ -390,6 +391,7 @@ declare function doubleClick(target: ActionTarget, x: number, y: number, modifie
 declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number): void;
 declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers: number, button: number): void;
 /** 120 is one notch. */
+/** Turns the wheel by so many notches; positive is up and right. */
 declare function mouseWheel(target: ActionTarget, dx: number, dy: number): void;
 declare function mouseWheel(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers?: number): void;
 /** Types into the object; "<Return>" and "<Ctrl+A>" are keys. */

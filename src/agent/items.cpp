@@ -175,7 +175,7 @@ QString itemsInstead(QObject* container, const QStringList& path, int row, int c
     const int more = there.size() - shown;
     QStringList quoted;
     for (const QString& text : there.mid(0, shown))
-        quoted.append(QLatin1Char('\'') + text + QLatin1Char('\''));
+        quoted.append(QLatin1Char('\'') + joinItemPath({text}) + QLatin1Char('\''));
     return QStringLiteral("%1 has %2%3.")
         .arg(where, quoted.join(QStringLiteral(", ")),
              more > 0 ? QStringLiteral(" and %1 more").arg(more) : QString());

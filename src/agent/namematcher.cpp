@@ -276,6 +276,24 @@ bool NameMatcher::isKindOf(const Condition& condition, const QObject* object)
     return condition.subject == Subject::Type && object->inherits(condition.latinText);
 }
 
+/** Text without the marks of mnemonics and without regard to case and space around it. */
+static QString roughText(const QString& text)
+{
+    return QString(text).remove(QLatin1Char('&')).trimmed().toCaseFolded();
+}
+
+/** Whether what differs may be a slip: a base class, a mnemonic, the case. */
+bool NameMatcher::isNearly(const Condition& condition, QObject* object)
+{
+    if (condition.source.match != Protocol::Match::Exact)
+        return false;
+    if (condition.subject == Subject::Property)
+        return roughText(propertyText(object, condition.property)) == roughText(condition.source.text);
+    return isKindOf(condition, object) ||
+           (condition.subject == Subject::Name &&
+            roughText(object->objectName()) == roughText(condition.source.text));
+}
+
 QString NameMatcher::difference(Condition& condition, QObject* object)
 {
     const QString& wanted = condition.source.text;
@@ -322,7 +340,7 @@ QString NameMatcher::nearestMiss()
             all = all && good;
             // Class and name say most about which object was meant.
             score += good                           ? (condition->subject <= Subject::Name ? 3 : 2)
-                     : isKindOf(*condition, object) ? 1
+                     : isNearly(*condition, object) ? 1
                                                     : 0;
         }
         fitting += all ? 1 : 0;

@@ -48,6 +48,7 @@ private:
     bool windowHolds(Condition& condition, QObject* object);
     bool buddyHolds(Condition& condition, QObject* object);
     static bool isKindOf(const Condition& condition, const QObject* object);
+    static bool isNearly(const Condition& condition, QObject* object);
     QString difference(Condition& condition, QObject* object);
 
     std::vector<std::unique_ptr<Condition>> m_conditions;

@@ -161,7 +161,7 @@ QString Application::endText()
 {
     if (!m_process || !m_process->waitForEnd(endMs))
         return QString();
-    return withOutput(QStringLiteral("it %1").arg(m_process->exitText()), m_process.get());
+    return QStringLiteral("it %1").arg(m_process->exitText());
 }
 
 namespace {

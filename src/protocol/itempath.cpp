@@ -22,13 +22,33 @@ QStringList splitItemPath(const QString& path)
     return texts;
 }
 
+static QString escaped(const QString& text)
+{
+    QString result;
+    for (int i = 0; i < text.size();) {
+        int dots = 0;
+        while (i + dots < text.size() && text.at(i + dots) == QLatin1Char('.'))
+            ++dots;
+        // At the beginning an ellipsis could be taken for the end of the text before.
+        if (dots == 3 && i > 0)
+            result += QLatin1String("...");
+        else if (dots > 0)
+            result += QStringLiteral("\\.").repeated(dots);
+        else if (text.at(i) == QLatin1Char('\\'))
+            result += QLatin1String("\\\\");
+        else
+            result += text.at(i);
+        i += qMax(1, dots);
+    }
+    return result;
+}
+
 QString joinItemPath(const QStringList& texts)
 {
-    QStringList escaped;
-    for (QString text : texts)
-        escaped.append(text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-                           .replace(QLatin1Char('.'), QLatin1String("\\.")));
-    return escaped.join(QLatin1Char('.'));
+    QStringList parts;
+    for (const QString& text : texts)
+        parts.append(escaped(text));
+    return parts.join(QLatin1Char('.'));
 }
 
 } // namespace Torvix::Protocol

@@ -11,7 +11,7 @@ namespace Torvix::Protocol {
  */
 QStringList splitItemPath(const QString& path);
 
-/** The reverse; every dot in a text is escaped. */
+/** The reverse. */
 QString joinItemPath(const QStringList& texts);
 
 } // namespace Torvix::Protocol

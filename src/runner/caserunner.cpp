@@ -62,6 +62,14 @@ ApplicationSettings applicationSettings(const SuiteSettings& settings)
     return result;
 }
 
+QString endText(const ApplicationReport& report)
+{
+    const bool isStatus = report.ending.startsWith(QLatin1String("was killed")) ||
+                          report.ending.startsWith(QLatin1String("exited"));
+    return QStringLiteral("The application '%1' %2")
+        .arg(report.name, isStatus ? report.ending : QStringLiteral("has gone: ") + report.ending);
+}
+
 } // namespace
 
 CaseRunner::CaseRunner(const Suite& suite, const TestCase& testCase, const LanguagePlugin& plugin,
@@ -95,12 +103,14 @@ CaseOutcome CaseRunner::run()
     {
         const Listening listening(this);
         m_applications.setEndHandler([this](const ApplicationReport& report, bool crashed) {
-            m_stream->applicationEnded(report);
-            if (crashed)
-                m_result.add(
-                    ResultType::Error,
-                    QStringLiteral("The application '%1' has gone: %2").arg(report.name, report.ending),
-                    report.output, LineInfo());
+            // What is ended with the time of the test case, or by Ctrl-C, has not crashed.
+            const bool isOurEnd = m_watchdog->isStopping();
+            ApplicationReport told = report;
+            if (isOurEnd)
+                told.ending = QStringLiteral("ended with the test case");
+            m_stream->applicationEnded(told);
+            if (crashed && !isOurEnd)
+                m_result.add(ResultType::Error, endText(report), report.output, scriptPlace());
         });
         runScript();
         const bool failed =
@@ -176,16 +186,31 @@ void CaseRunner::reportScriptError()
         callers += QStringLiteral("at %1:%2").arg(frame.file, QString::number(frame.line));
     if (callers.size() == 1)
         callers.clear(); // the place of the error says it
-    m_result.add(ResultType::Error, m_interpreter->errorMessage(), callers.join(QLatin1Char('\n')),
+    const bool isLate = m_watchdog->isStopping();
+    if (isLate && m_timeoutTold)
+        return; // cleanup() has no time left either
+    m_timeoutTold = m_timeoutTold || isLate;
+    m_result.add(ResultType::Error, isLate ? timeoutText() : m_interpreter->errorMessage(),
+                 callers.join(QLatin1Char('\n')),
                  {m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()});
+}
+
+QString CaseRunner::timeoutText() const
+{
+    return QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs);
+}
+
+LineInfo CaseRunner::scriptPlace() const
+{
+    const Debugger* debugger = Debugger::self();
+    const std::vector<LineInfo> stack = debugger ? debugger->callStack() : std::vector<LineInfo>();
+    return stack.empty() ? LineInfo() : stack.front();
 }
 
 void CaseRunner::reportEnding(int reason)
 {
-    if (reason == int(Watchdog::Reason::Timeout))
-        m_result.add(ResultType::Error,
-                     QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs),
-                     QString(), {m_case.script, 0});
+    if (reason == int(Watchdog::Reason::Timeout) && !m_timeoutTold)
+        m_result.add(ResultType::Error, timeoutText(), QString(), {m_case.script, 0});
     else if (reason == int(Watchdog::Reason::Interrupt))
         m_result.add(ResultType::Error, QStringLiteral("Interrupted"), QString(), {m_case.script, 0});
 }

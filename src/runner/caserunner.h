@@ -43,6 +43,9 @@ private:
     void runScript();
     void evaluateAndCallMain(const QString& code);
     void reportScriptError();
+    QString timeoutText() const;
+    /** Where the script is; no file when none runs. */
+    LineInfo scriptPlace() const;
     void reportEnding(int reason);
     void recordObjectTree();
 
@@ -95,6 +98,7 @@ private:
     Applications m_applications;
     std::unique_ptr<Interpreter> m_interpreter;
     bool m_treeRecorded = false;
+    bool m_timeoutTold = false;
 };
 
 } // namespace Torvix

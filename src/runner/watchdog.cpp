@@ -74,6 +74,12 @@ Watchdog::Reason Watchdog::unwatch()
     return m_reason;
 }
 
+bool Watchdog::isStopping()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_stop && m_reason != Reason::None;
+}
+
 void Watchdog::bark(Reason reason)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

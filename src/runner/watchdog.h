@@ -31,6 +31,8 @@ public:
     Reason unwatch();
 
     bool isInterrupted() const { return m_interrupted; }
+    /** True when the script under watch is to end. */
+    bool isStopping();
 
 private:
     void run();

@@ -155,7 +155,45 @@ TEST(AgentInput, reachesItemsOfViews)
     find.timeoutMs = 50;
     found = target.client().request(find);
     EXPECT_EQ(found.failed, quint32(WaitExists));
-    EXPECT_TRUE(found.explanation.contains(q("Nuts.Pea"))) << found.explanation.toStdString();
+    EXPECT_EQ(found.explanation.toStdString(), "QTreeWidget 'treeWidget' has no item 'Nuts.Pea'. "
+                                               "'Nuts' has 'Hazel', 'leaf', 'Wal\\\\nut', 'leaf'.");
+    find.path.clear();
+    find.row = 77;
+    EXPECT_TRUE(target.client().request(find).explanation.endsWith(q("It has 2 rows and 2 columns.")));
+    EXPECT_THROW(target.action(q("activateItem"), {object(list), text("Entry 150")}), RequestError);
+}
+
+TEST(AgentInput, itemsOfAModelAreThoseOfTheViewTheyWereFoundIn)
+{
+    Target target;
+    openPage(target, "Views");
+    // The header of the tree has the same model, but no place for its items.
+    const auto tree = target.byName(q("treeWidget"));
+    FindItem find;
+    find.container = tree.id;
+    find.path = QStringList{q("Fruit"), q("Pear.green")};
+    const WaitReply found = target.client().request(find);
+    ASSERT_EQ(found.failed, 0u);
+    for (int i = 0; i < 20; ++i)
+        EXPECT_GT(target.client().request(GlobalBounds{found.object.id}).height, 5);
+}
+
+TEST(AgentInput, keysGoToTheFocusAgainAfterAMenu)
+{
+    Target target;
+    openPage(target, "Views");
+    const auto list = target.byName(q("list"));
+    target.action(q("clickItem"), {object(list), text("entry 10")});
+    const auto menuBar = target.find({q("type"), q("QMenuBar")});
+    target.action(q("activateItem"), {object(menuBar), text("File.Open Recent.One\\.txt")});
+    target.action(q("type"), {object(list), text("<Down><Down>")});
+    EXPECT_EQ(target.get(list, q("currentRow")).integer, 12);
+
+    // An open menu does not take a click that is meant for a button.
+    target.action(q("mouseClick"), {object(menuBar), Value::ofInt(20), Value::ofInt(10)});
+    ASSERT_EQ(target.waitFor({q("type"), q("QMenu"), q("visible"), q("true")}).failed, 0u);
+    target.action(q("clickItem"), {object(list), text("entry 14")});
+    EXPECT_EQ(target.get(list, q("currentRow")).integer, 14);
 }
 
 TEST(AgentInput, aClickThatOpensAModalDialogReturns)

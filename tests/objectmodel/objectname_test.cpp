@@ -127,6 +127,8 @@ TEST(ItemPath, SplitsAtDotsAndKeepsEscapedOnes)
         {"a..b.", {text("a"), text(""), text("b"), text("")}},
         {"File.Save As...", {text("File"), text("Save As...")}},
         {"More....Options...", {text("More..."), text("Options...")}},
+        {"a.\\.\\.\\.b", {text("a"), text("...b")}},
+        {"a\\.\\.\\.\\.b", {text("a....b")}},
     };
     for (const auto& entry : cases) {
         EXPECT_EQ(entry.texts, Protocol::splitItemPath(text(entry.path))) << entry.path;
