@@ -12,7 +12,7 @@ function tool(entry) {
 }
 
 export function add(name, address) {
-    tool("Add Entry\\.\\.\\."); // a dot that is part of a text stands behind a backslash
+    tool("Add Entry...");
     type(waitForObject(names.nameField), name);
     type(waitForObject(names.addressField), address);
     clickButton(waitForObject(names.okButton));
@@ -29,7 +29,7 @@ export function select(name) {
 
 /** Changes the address of the contact that is selected. */
 export function editAddress(address) {
-    tool("Edit Entry\\.\\.\\.");
+    tool("Edit Entry...");
     const field = waitForObject(names.addressField);
     type(field, "<Ctrl+A>");
     type(field, address);
