@@ -9,6 +9,8 @@ function main() {
         () => findObject("Nobody"),
         () => findObject("{type='QLabel'"),
         () => clickButton({ type: "QLabel", visible: true }),
+        () => clickButton({ type: "QPushButton", text: "qinputdialog::getint()" }),
+        () => activateItem({ type: "QMenuBar" }, "File.Exit"),
         () => waitForObjectItem({ type: "QToolBox" }, "Font Dialog", 100),
         () => type(waitForObject({ type: "Dialog" }), 5, 6),
     ])
