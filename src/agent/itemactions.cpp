@@ -15,6 +15,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeView>
@@ -26,10 +27,9 @@ namespace {
 
 [[noreturn]] void throwNoItem(QObject* container, const QStringList& path)
 {
-    throw Error(
-        QStringLiteral("%1 has no item '%2'. %3")
-            .arg(describeObject(container), joinItemPath(path), itemsInstead(container, path, -1, -1)),
-        Protocol::ErrorClass::NotFound);
+    throw Error(QStringLiteral("%1 has no item '%2'. %3")
+                    .arg(describeObject(container), joinItemPath(path), itemsInstead(container, path)),
+                Protocol::ErrorClass::NotFound);
 }
 
 /** A copy of the item; throws with the container, the path and what there is instead when there is none. */
@@ -66,10 +66,36 @@ void clickEntry(const QPointer<QAction>& action)
     });
 }
 
+QAction* actionAt(QWidget* menu, const QStringList& path)
+{
+    return qobject_cast<QAction*>(findItem(menu, path, -1, -1).object());
+}
+
+/** Throws when the entry is missing for good: a menu may get its entries when it opens. */
+void requireEntry(QWidget* menu, const QStringList& path)
+{
+    for (int depth = 1; depth <= path.size(); ++depth) {
+        const QAction* action = actionAt(menu, path.mid(0, depth));
+        if (!action)
+            throwNoItem(menu, path);
+        if (depth < path.size() && action->menu() && !action->menu()->isVisible())
+            if (!actionAt(menu, path.mid(0, depth + 1)))
+                return;
+    }
+}
+
+/** Of a menu that has been opened in vain. */
+void closePopups()
+{
+    while (QWidget* popup = QApplication::activePopupWidget())
+        if (!popup->close())
+            return;
+}
+
 /** Each part of the path is clicked where it stands, so that sub-menus open as for a person. */
 void activateMenu(QWidget* menu, const QStringList& path)
 {
-    itemOrThrow(menu, path);
+    requireEntry(menu, path);
     if (!menu->isVisible()) {
         auto* closed = qobject_cast<QMenu*>(menu);
         QAction* opener = closed ? closed->menuAction() : nullptr;
@@ -85,14 +111,22 @@ void activateMenu(QWidget* menu, const QStringList& path)
     if (QWidget* modal = Input::blockerOf(menu))
         throw Error(QStringLiteral("%1 gets no input while the modal window %2 is open")
                         .arg(describeObject(menu), describeObject(modal)));
-    for (int depth = 1; depth <= path.size(); ++depth) {
-        auto* action = qobject_cast<QAction*>(findItem(menu, path.mid(0, depth), -1, -1).object());
-        clickEntry(action);
-        if (depth < path.size())
-            InputQueue::instance().post([sub = QPointer<QMenu>(action ? action->menu() : nullptr)] {
-                return !sub || sub->isVisible() ? InputQueue::Step::Done : InputQueue::Step::Again;
-            });
-    }
+    for (int depth = 1; depth <= path.size(); ++depth)
+        InputQueue::instance().postPlanner([guard = QPointer<QWidget>(menu), path, depth] {
+            if (!guard)
+                throw Error(QStringLiteral("the menu has gone"));
+            QAction* action = actionAt(guard, path.mid(0, depth));
+            if (!action) {
+                const auto closing = qScopeGuard(closePopups);
+                throwNoItem(guard, path);
+            }
+            clickEntry(action);
+            if (depth < path.size())
+                InputQueue::instance().post([sub = QPointer<QMenu>(action->menu())] {
+                    return !sub || sub->isVisible() ? InputQueue::Step::Done : InputQueue::Step::Again;
+                });
+            return InputQueue::Step::Done;
+        });
 }
 
 /** Of an item wider than its view, the middle of what can be seen. */

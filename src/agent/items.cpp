@@ -15,6 +15,9 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
 
 namespace Torvix::Agent {
 
@@ -137,21 +140,37 @@ QStringList texts(QObject* container, const QStringList& parent)
     return found;
 }
 
-/** Small for what was probably meant. */
+/** How many characters have to be changed, added or left out to get from one text to the other. */
+int editDistance(const QString& from, const QString& to)
+{
+    std::vector<int> row(std::size_t(to.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < from.size(); ++i) {
+        int diagonal = std::exchange(row[0], i + 1);
+        for (int j = 0; j < to.size(); ++j) {
+            int& cell = row[std::size_t(j) + 1];
+            const int changed = diagonal + (from.at(i) == to.at(j) ? 0 : 1);
+            diagonal = std::exchange(cell, std::min({changed, cell + 1, row[std::size_t(j)] + 1}));
+        }
+    }
+    return row.back();
+}
+
+/** Small for what was probably meant: a part of the text, or one that differs little. */
 int unlikeness(const QString& text, const QString& wanted)
 {
-    if (text.compare(wanted, Qt::CaseInsensitive) == 0)
+    constexpr int compared = 60;
+    const QString left = text.left(compared).toCaseFolded();
+    const QString right = wanted.left(compared).toCaseFolded();
+    if (left.startsWith(right) || right.startsWith(left))
         return 0;
-    if (text.startsWith(wanted, Qt::CaseInsensitive) || wanted.startsWith(text, Qt::CaseInsensitive))
-        return 1;
-    return text.contains(wanted, Qt::CaseInsensitive) || wanted.contains(text, Qt::CaseInsensitive) ? 2 : 3;
+    return left.contains(right) || right.contains(left) ? 1 : 1 + editDistance(left, right);
 }
 
 } // namespace
 
-QString itemsInstead(QObject* container, const QStringList& path, int row, int column)
+QString itemsInstead(QObject* container, const QStringList& path)
 {
-    Q_UNUSED(column);
     QStringList parent = path;
     while (!parent.isEmpty() && findItem(container, parent, -1, -1).isNone())
         parent.removeLast();
@@ -164,18 +183,19 @@ QString itemsInstead(QObject* container, const QStringList& path, int row, int c
             .arg(model->rowCount(itemViewOf(container)->rootIndex()))
             .arg(model->columnCount(itemViewOf(container)->rootIndex()));
     }
-    QStringList there = texts(container, parent);
+    const QStringList there = texts(container, parent);
     if (there.isEmpty())
         return where + (parent.isEmpty() ? QStringLiteral(" is empty.") : QStringLiteral(" has no items."));
-    if (row < 0)
-        std::stable_sort(there.begin(), there.end(), [&wanted](const QString& left, const QString& right) {
-            return unlikeness(left, wanted) < unlikeness(right, wanted);
-        });
+    std::vector<std::pair<int, QString>> ranked;
+    for (const QString& text : there)
+        ranked.emplace_back(unlikeness(text, wanted), text);
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const auto& left, const auto& right) { return left.first < right.first; });
     constexpr int shown = 6;
     const int more = there.size() - shown;
     QStringList quoted;
-    for (const QString& text : there.mid(0, shown))
-        quoted.append(QLatin1Char('\'') + joinItemPath({text}) + QLatin1Char('\''));
+    for (int i = 0; i < qMin(shown, there.size()); ++i)
+        quoted.append(QLatin1Char('\'') + joinItemPath({ranked[std::size_t(i)].second}) + QLatin1Char('\''));
     return QStringLiteral("%1 has %2%3.")
         .arg(where, quoted.join(QStringLiteral(", ")),
              more > 0 ? QStringLiteral(" and %1 more").arg(more) : QString());

@@ -49,7 +49,7 @@ Value findItem(QObject* container, const QStringList& path, int row, int column)
  * The end of the message for an item that is not there, as a sentence: what is below the part of the path
  * that does exist, what resembles the missing text most first.
  */
-QString itemsInstead(QObject* container, const QStringList& path, int row, int column);
+QString itemsInstead(QObject* container, const QStringList& path);
 
 /** The item's path in its view, as joinItemPath() takes it. */
 QStringList itemPath(const QModelIndex& index);

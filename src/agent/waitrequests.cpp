@@ -164,8 +164,7 @@ bool checkItem(Session& session, const FindItem& request, QObject* container, bo
                              : joinItemPath(request.path);
     if (failed == WaitExists)
         reply.explanation = QStringLiteral("%1 has no item '%2'. %3")
-                                .arg(describeObject(container), text,
-                                     itemsInstead(container, request.path, request.row, request.column));
+                                .arg(describeObject(container), text, itemsInstead(container, request.path));
     else if (failed != 0)
         reply.explanation =
             QStringLiteral("The item '%1' of %2 is %3.")

@@ -45,7 +45,11 @@ QString withOutput(const QString& problem, ProcessGroup* process)
         lines = process->lastLines(ProcessGroup::Stream::Output, shownLines);
     if (lines.isEmpty())
         return problem;
-    return problem + QLatin1String(". It last wrote:\n") + lines.join(QLatin1Char('\n'));
+    const QString output = lines.join(QLatin1Char('\n'));
+    const QString mend = output.contains(QLatin1String("could not connect to display"))
+                             ? QStringLiteral(" (without a screen, set QT_QPA_PLATFORM=offscreen)")
+                             : QString();
+    return problem + mend + QLatin1String(". It last wrote:\n") + output;
 }
 
 QProcessEnvironment environmentFor(const LaunchOptions& options, const QByteArray& token)
