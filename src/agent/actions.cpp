@@ -214,8 +214,8 @@ const Action actions[] = {
     {"closeWindow", {""}, closeWindow},
 };
 
-const char* const targetTypes[] = {"QObject*",         "QModelIndex",      "QTableWidgetItem*",
-                                   "QTreeWidgetItem*", "QListWidgetItem*", "TabItem"};
+const char* const targetTypes[] = {"QObject*",         "QModelIndex", "QTableWidgetItem*", "QTreeWidgetItem*",
+                                   "QListWidgetItem*", "TabItem",     "SectionItem"};
 
 std::vector<ArgumentInfo> readForm(const char* form)
 {
@@ -251,6 +251,10 @@ void addForm(ClassInfo& global, const char* name, const std::vector<ArgumentInfo
 void bindActions(Registry& registry)
 {
     Bind<TabItem>(registry).value().property("text", &TabItem::text).property("index", &TabItem::position);
+    Bind<SectionItem>(registry)
+        .value()
+        .property("text", &SectionItem::text)
+        .property("index", &SectionItem::position);
     ClassInfo& global = registry.define(globalClassName, {});
     for (const Action& action : actions)
         for (const char* form : action.forms)

@@ -267,6 +267,10 @@ void activate(QObject* container, const QStringList& path, Qt::MouseButton butto
 void click(QObject* container, const QStringList& path, Qt::MouseButton button,
            Qt::KeyboardModifiers modifiers)
 {
+    if (qobject_cast<QHeaderView*>(container)) {
+        Input::click(Input::placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
+        return;
+    }
     if (!qobject_cast<QAbstractItemView*>(container)) {
         activate(container, path, button, modifiers);
         return;
@@ -277,6 +281,10 @@ void click(QObject* container, const QStringList& path, Qt::MouseButton button,
 void doubleClick(QObject* container, const QStringList& path, Qt::MouseButton button,
                  Qt::KeyboardModifiers modifiers)
 {
+    if (qobject_cast<QHeaderView*>(container)) {
+        Input::doubleClick(Input::placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
+        return;
+    }
     Input::doubleClick(placeOf(container, shownIndex(container, path)), button, modifiers);
 }
 

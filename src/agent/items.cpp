@@ -81,6 +81,15 @@ Value findTab(QTabBar* bar, const QStringList& path, int row)
     return item.index >= 0 && item.index < bar->count() ? toValue(item) : Value();
 }
 
+Value findSection(QHeaderView* header, const QStringList& path, int number)
+{
+    SectionItem item{header, path.isEmpty() ? number : -1};
+    for (int i = 0; i < header->count() && item.index < 0; ++i)
+        if (path.size() == 1 && SectionItem{header, i}.text() == path.first())
+            item.index = i;
+    return item.index >= 0 && item.index < header->count() ? toValue(item) : Value();
+}
+
 /** Where an item was found last: an index does not know which of several views of its model is meant. */
 QPointer<QAbstractItemView>& lastView()
 {
@@ -122,6 +131,11 @@ QStringList texts(QObject* container, const QStringList& parent)
     if (const QTabBar* bar = tabBarOf(container)) {
         for (int i = 0; i < bar->count() && parent.isEmpty(); ++i)
             found.append(plainActionText(bar->tabText(i)));
+        return found;
+    }
+    if (auto* header = qobject_cast<QHeaderView*>(container)) {
+        for (int i = 0; i < header->count() && parent.isEmpty(); ++i)
+            found.append(SectionItem{header, i}.text());
         return found;
     }
     const QAbstractItemView* view = itemViewOf(container);
@@ -168,6 +182,22 @@ int unlikeness(const QString& text, const QString& wanted)
 }
 
 } // namespace
+
+QString SectionItem::text() const
+{
+    const QAbstractItemModel* model = header ? header->model() : nullptr;
+    return model ? model->headerData(index, header->orientation()).toString() : QString();
+}
+
+QRect SectionItem::rect() const
+{
+    if (!header || header->isSectionHidden(index))
+        return {};
+    const int start = header->sectionViewportPosition(index);
+    const int size = header->sectionSize(index);
+    return header->orientation() == Qt::Horizontal ? QRect(start, 0, size, header->viewport()->height())
+                                                   : QRect(0, start, header->viewport()->width(), size);
+}
 
 QString itemsInstead(QObject* container, const QStringList& path)
 {
@@ -245,6 +275,8 @@ Value findItem(QObject* container, const QStringList& path, int row, int column)
     }
     if (QTabBar* bar = tabBarOf(container))
         return findTab(bar, path, row);
+    if (auto* header = qobject_cast<QHeaderView*>(container))
+        return findSection(header, path, qMax(row, column));
     QAbstractItemView* view = itemViewOf(container);
     if (!view)
         throw Error(QStringLiteral("%1 has no items").arg(describeObject(container)));

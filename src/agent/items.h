@@ -4,6 +4,7 @@
 #include "agent/value.h"
 #include "protocol/itempath.h"
 
+#include <QHeaderView>
 #include <QMetaType>
 #include <QModelIndex>
 #include <QPointer>
@@ -26,6 +27,24 @@ struct TabItem
     int position() const { return index; }
 };
 
+/** A section of the header of a view: the head of a column or row. */
+struct SectionItem
+{
+    QPointer<QHeaderView> header;
+    int index = -1;
+
+    QString text() const;
+    int position() const { return index; }
+    /** In the header's viewport; empty for a hidden section. */
+    QRect rect() const;
+};
+
+template <>
+struct TypeName<SectionItem>
+{
+    static QByteArray get() { return "SectionItem"; }
+};
+
 template <>
 struct TypeName<TabItem>
 {
@@ -39,9 +58,9 @@ using Protocol::splitItemPath;
 QString plainActionText(const QString& text);
 
 /**
- * The item of a view, combo box, menu, menu bar, tab widget or tab bar: by the texts from the top
- * down, or with an empty path by row and column. A QModelIndex, a QAction or a TabItem; none when
- * there is no such item. Throws for a widget that has no items.
+ * The item of a view, header, combo box, menu, menu bar, tab widget or tab bar: by the texts from the top
+ * down, or with an empty path by row and column. A QModelIndex, a QAction, a TabItem or a SectionItem; none
+ * when there is no such item. Throws for a widget that has no items.
  */
 Value findItem(QObject* container, const QStringList& path, int row, int column);
 
@@ -69,3 +88,4 @@ void showItem(QAbstractItemView* view, const QModelIndex& index);
 } // namespace Torvix::Agent
 
 Q_DECLARE_METATYPE(Torvix::Agent::TabItem)
+Q_DECLARE_METATYPE(Torvix::Agent::SectionItem)

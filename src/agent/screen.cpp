@@ -158,6 +158,10 @@ QWidget* widgetOf(const Value& target, QRect* part)
         const auto tab = target.data.value<TabItem>();
         widget = tab.bar;
         *part = widget ? tab.bar->tabRect(tab.index) : QRect();
+    } else if (target.typeName == "SectionItem") {
+        const auto section = target.data.value<SectionItem>();
+        widget = section.header ? section.header->viewport() : nullptr;
+        *part = section.rect();
     } else if (target.typeName == "QModelIndex") {
         const QModelIndex index = target.data.toModelIndex();
         QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
