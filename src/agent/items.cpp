@@ -151,6 +151,7 @@ QStringList texts(QObject* container, const QStringList& parent)
             if (!text.isEmpty())
                 found.append(text);
         }
+    found.removeDuplicates();
     return found;
 }
 

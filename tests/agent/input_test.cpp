@@ -156,7 +156,7 @@ TEST(AgentInput, reachesItemsOfViews)
     found = target.client().request(find);
     EXPECT_EQ(found.failed, quint32(WaitExists));
     EXPECT_EQ(found.explanation.toStdString(), "QTreeWidget 'treeWidget' has no item 'Nuts.Pea'. "
-                                               "'Nuts' has 'Hazel', 'leaf', 'Wal\\\\nut', 'leaf'.");
+                                               "'Nuts' has 'leaf', 'Hazel', 'Wal\\\\nut'.");
     find.path.clear();
     find.row = 77;
     EXPECT_TRUE(target.client().request(find).explanation.endsWith(q("It has 2 rows and 2 columns.")));
