@@ -62,15 +62,23 @@ ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QStr
     return {message.isEmpty() ? fallback : message, text(firstIndex + 1)};
 }
 
+/** Text given to eval has no place of its own: what it does is done where it is evaluated. */
+static LineInfo placeInFile(const ScriptContext& context)
+{
+    LineInfo place;
+    for (unsigned depth = 0; context.lineInfo(&place, depth); ++depth)
+        if (!place.file.isEmpty())
+            break;
+    return place;
+}
+
 void report(ScriptContext* context, ResultType type, const QString& message, const QString& detail,
             const QVector<Attachment>& attachments)
 {
     TestResult* result = resultSink(*context);
     if (!result)
         return;
-    LineInfo place;
-    context->lineInfo(&place, 0);
-    result->add(type, message, detail, place, attachments);
+    result->add(type, message, detail, placeInFile(*context), attachments);
     endCaseAfter(context, type, message);
 }
 

@@ -150,13 +150,8 @@ bool JSScriptContext::lineInfo(LineInfo* info, unsigned int depth) const
     const std::vector<KJS::ExecState*> frames = debugger->execStates();
     if (depth >= frames.size())
         return false;
-    // Text that is no file has no place of its own; what it does is done where it is evaluated.
-    for (std::size_t left = frames.size() - depth; left > 0; --left) {
-        const KJS::Context context = frames[left - 1]->context();
-        *info = LineInfo{debugger->findSourceId(context.sourceId()), context.curStmtFirstLine()};
-        if (!info->file.isNull())
-            break;
-    }
+    const KJS::Context context = frames[frames.size() - 1 - depth]->context();
+    *info = LineInfo{debugger->findSourceId(context.sourceId()), context.curStmtFirstLine()};
     return true;
 }
 
