@@ -1,7 +1,8 @@
 /**
- * What a script's call costs. Three questions, each against a peer in the same run:
+ * What a script's call costs. Four questions, each against a peer in the same run:
  *
  * - PropertyRead reports how often longer it takes than Echo: `times_echo`, at most 3.
+ * - ManyProperties reads all properties of an object at once; `times_faster` than one by one.
  * - LookUp finds one object by three properties in a tree of 10,000 and of 100,000 objects: under
  *   60 ms for the larger, and `times_smaller` about 10.
  * - Appearance waits for an object that appears 50 ms after it was asked for; `late_ms` is the median
@@ -120,6 +121,28 @@ void propertyRead(benchmark::State& state)
     state.counters["times_echo"] = ratio;
 }
 BENCHMARK(propertyRead)->Name("PropertyRead");
+
+/** All properties of an object, as `object.properties` wants them: in one round trip, against one for each.
+ */
+void manyProperties(benchmark::State& state)
+{
+    Target& target = Target::self();
+    if (!target.isGood())
+        return state.SkipWithError("no target");
+    const QVector<const Property*> properties = Property::readable(target.control()->objectClass());
+    for (auto step : state)
+        if (!Property::getAll(target.control(), properties).value(0))
+            state.SkipWithError("the read failed");
+    constexpr int rounds = 200;
+    const double together = medianNs(rounds, [&] { Property::getAll(target.control(), properties); });
+    const double one = medianNs(rounds, [&] {
+        for (const Property* property : properties)
+            property->get(target.control());
+    });
+    state.counters["properties"] = properties.size();
+    state.counters["times_faster"] = one / together;
+}
+BENCHMARK(manyProperties)->Name("ManyProperties")->Unit(benchmark::kMicrosecond);
 
 void lookUp(benchmark::State& state)
 {

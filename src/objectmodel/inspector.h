@@ -36,7 +36,6 @@ public:
     /** What the user did while recording is on. */
     virtual void eventCaptured(ApplicationModel*, const Protocol::EventCaptured&) {}
     virtual void picked(ApplicationModel*, const SharedPtr<Object>&) {}
-    virtual void output(ApplicationModel*, Protocol::OutputStream, const QString& /*text*/) {}
     /** The application has gone; its references are invalidated already. */
     virtual void applicationEnded(ApplicationModel*, const QString& /*reason*/) {}
 };
@@ -130,6 +129,9 @@ public:
      * timeout the last error says which conditions failed, and why.
      */
     WaitResult waitForObject(const QString& name, int timeoutMs, quint32 conditions = Protocol::WaitReady);
+    /** The same for an object that was found before: it may have got another name meanwhile. */
+    WaitResult waitForObject(const SharedPtr<Object>& object, int timeoutMs,
+                             quint32 conditions = Protocol::WaitReady);
     /**
      * An item by its path of texts from the top level down: "File.Open"; Protocol::splitItemPath() has
      * the syntax.

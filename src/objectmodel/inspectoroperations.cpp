@@ -29,6 +29,10 @@ bool Inspector::conditionsOf(const QString& name, NameConditions* conditions)
         real = map->objectName(name);
     else
         error = QStringLiteral("'%1' is neither a real name nor a symbolic name of the object map").arg(name);
+    if (error.isEmpty() && real.isEmpty())
+        error =
+            QStringLiteral("An empty name fits every object. (One entry that is undefined makes a name that "
+                           "a script gives as an object empty.)");
     if (error.isEmpty() && real.toConditions(map, conditions, &error))
         return true;
     m_lastError = error;
@@ -112,6 +116,22 @@ Inspector::WaitResult Inspector::waitForObject(const QString& name, int timeoutM
     const bool answered =
         need() && conditionsOf(name, &request.name) && m_current->call(request, &reply, request.timeoutMs);
     return finishWait(answered, QStringLiteral("Object %1").arg(name), request.timeoutMs, reply);
+}
+
+Inspector::WaitResult Inspector::waitForObject(const SharedPtr<Object>& object, int timeoutMs,
+                                               quint32 conditions)
+{
+    WaitFor request;
+    request.conditions = conditions;
+    request.timeoutMs = qMax(0, timeoutMs);
+    WaitReply reply;
+    if (object && object->isNull())
+        m_lastError = QStringLiteral("A null %1 cannot be waited for").arg(object->className());
+    const bool answered = need() && object && !object->isNull() &&
+                          m_current->remoteId(object, &request.object) &&
+                          m_current->call(request, &reply, request.timeoutMs);
+    return finishWait(answered, QStringLiteral("The %1").arg(object ? object->className() : QString()),
+                      request.timeoutMs, reply);
 }
 
 Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container, FindItem request,

@@ -44,7 +44,6 @@ LocalModel::ClassBuilder LocalModel::addClass(const QString& name)
     added->info.namespaceName = name.section(QStringLiteral("::"), 0, -2);
     added->info.flags = IdentityClass;
     m_state->classes.push_back(std::move(added));
-    m_state->pushes.push_back(pushFrame(ClassesChanged()));
     return ClassBuilder(this, id);
 }
 

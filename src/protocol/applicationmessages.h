@@ -43,15 +43,4 @@ struct GoingDown
     TORVIX_WIRE_FIELDS(reason)
 };
 
-enum class OutputStream { StandardOutput = 1, StandardError = 2, Last = StandardError };
-
-/** A message of the application's own logging, where its streams cannot be captured (attach). */
-struct Output
-{
-    static constexpr auto number = PushNumber::Output;
-    OutputStream stream = OutputStream::StandardError;
-    QString text;
-    TORVIX_WIRE_FIELDS(stream, text)
-};
-
 } // namespace Torvix::Protocol
