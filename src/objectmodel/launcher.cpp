@@ -13,8 +13,6 @@
 #include <QStandardPaths>
 #include <QThread>
 
-#include <csignal>
-
 namespace Torvix {
 
 using namespace Protocol;
@@ -29,6 +27,16 @@ constexpr int endMs = 500;
 constexpr int greetMs = 5000;
 constexpr int maxRefusals = 5;
 constexpr int shownLines = 5;
+
+bool isAsked(const std::function<bool()>& isStopping)
+{
+    return isStopping && isStopping();
+}
+
+QString stoppedText()
+{
+    return QStringLiteral("the test is being stopped");
+}
 
 QString findProgram(const QString& program)
 {
@@ -106,7 +114,7 @@ std::unique_ptr<Application> Application::start(const LaunchOptions& options, QS
         return nullptr;
     }
     application->m_commandLine = quotedCommand(program, options.arguments);
-    problem = application->waitForCall(options.timeoutMs);
+    problem = application->waitForCall(options);
     if (problem.isEmpty())
         return application;
     *error = prefix + problem;
@@ -114,7 +122,7 @@ std::unique_ptr<Application> Application::start(const LaunchOptions& options, QS
     return nullptr;
 }
 
-QString Application::waitForCall(int timeoutMs)
+QString Application::waitForCall(const LaunchOptions& options)
 {
     QElapsedTimer timer;
     timer.start();
@@ -130,6 +138,8 @@ QString Application::waitForCall(int timeoutMs)
         if (!m_process->isRunning() && m_process->members().isEmpty())
             return withOutput(QStringLiteral("it %1 before its agent called back").arg(m_process->exitText()),
                               m_process.get());
+        if (isAsked(options.isStopping))
+            return stoppedText();
         const quint64 used = m_process->usedTime();
         if (used != lastUsed) {
             lastUsed = used;
@@ -138,11 +148,12 @@ QString Application::waitForCall(int timeoutMs)
         if (idle.elapsed() > noQtMs && m_process->members().size() == 1 &&
             !Injection::mayStillCall(m_process->pid()))
             return withOutput(Injection::processProblem({m_process->pid()}), m_process.get());
-        if (timer.elapsed() > timeoutMs) {
+        if (timer.elapsed() > options.timeoutMs) {
             const QString why = refused.isEmpty() ? Injection::processProblem(m_process->members()) : refused;
-            return withOutput(
-                QStringLiteral("its agent did not call back within %1 ms: %2").arg(timeoutMs).arg(why),
-                m_process.get());
+            return withOutput(QStringLiteral("its agent did not call back within %1 ms: %2")
+                                  .arg(options.timeoutMs)
+                                  .arg(why),
+                              m_process.get());
         }
     }
 }
@@ -179,7 +190,8 @@ QByteArray tokenFor(const QString& address, const QByteArray& given)
 } // namespace
 
 std::unique_ptr<Application> Application::attach(const QString& address, const QByteArray& token,
-                                                 int timeoutMs, QString* error)
+                                                 int timeoutMs, QString* error,
+                                                 const std::function<bool()>& isStopping)
 {
     QElapsedTimer timer;
     timer.start();
@@ -198,6 +210,10 @@ std::unique_ptr<Application> Application::attach(const QString& address, const Q
             application->m_session = Session::open(std::move(channel), shown, true, greetMs, &problem);
             ++refused;
         } else if (timer.elapsed() >= timeoutMs) {
+            break;
+        }
+        if (!application->m_session && isAsked(isStopping)) {
+            problem = stoppedText();
             break;
         }
         if (!application->m_session)
@@ -231,9 +247,10 @@ std::unique_ptr<ModelLink> Application::waitForChild(int timeoutMs)
 
 bool Application::isRunning()
 {
-    if (m_process)
-        return !m_process->members().isEmpty();
-    return m_pid > 0 && ::kill(pid_t(m_pid), 0) == 0;
+    // A program that was started may be one that starts the application in its turn.
+    if (m_process && m_process->pid() == m_pid)
+        return m_process->isRunning();
+    return m_pid > 0 && ProcessGroup::isAlive(int(m_pid));
 }
 
 QString Application::exitText()

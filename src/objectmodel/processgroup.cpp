@@ -1,5 +1,7 @@
 #include "objectmodel/processgroup.h"
 
+#include "objectmodel/groupguard.h"
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -66,13 +68,6 @@ int openStream(const QString& path)
                   0600);
 }
 
-bool isZombie(int pid)
-{
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
-    return line.isEmpty() || line.contains(") Z ") || line.contains(") X ");
-}
-
 QVector<QByteArray> environmentOf(const ProcessGroup::Command& command)
 {
     QVector<QByteArray> texts;
@@ -126,12 +121,20 @@ ProcessGroup::ProcessGroup(int pid, const Command& command)
     : m_pid(pid)
     , m_folder(command.folder)
     , m_mark(command.mark)
+    , m_guard(std::make_unique<GroupGuard>(command.mark, QFile::encodeName(command.folder)))
 {
 }
 
 ProcessGroup::~ProcessGroup()
 {
     stop(0);
+}
+
+bool ProcessGroup::isAlive(int pid)
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
+    return !line.isEmpty() && !line.contains(") Z ") && !line.contains(") X ");
 }
 
 bool ProcessGroup::isRunning()
@@ -183,13 +186,12 @@ QVector<int> ProcessGroup::members()
     for (const QString& name : processes) {
         bool isProcess = false;
         const int pid = name.toInt(&isProcess);
-        QFile environment(QStringLiteral("/proc/%1/environ").arg(name));
-        if (!isProcess || pid == m_pid || pid == getpid() || !environment.open(QIODevice::ReadOnly))
+        if (!isProcess || pid == m_pid || pid == getpid())
             continue;
-        // Of a process that is just ending this is empty, but its files are still open: one of the
-        // group counts until it is a zombie.
-        const QByteArray variables = environment.readAll();
-        if (variables.split('\0').contains(m_mark) || (getpgid(pid) == m_pid && !isZombie(pid)))
+        // The environment of a process that is just ending is empty, but its files are still open: one
+        // of the group counts until it is a zombie.
+        if (GroupGuard::hasMark(pid, m_mark.constData(), std::size_t(m_mark.size())) ||
+            (getpgid(pid) == m_pid && isAlive(pid)))
             found.append(pid);
     }
     return found;

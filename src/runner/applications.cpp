@@ -1,7 +1,11 @@
 #include "runner/applications.h"
 
+#include "protocol/channel.h"
+#include "runner/processfacts.h"
+
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -63,7 +67,7 @@ SharedPtr<ApplicationContext> Applications::add(std::unique_ptr<Application> pro
     added.context->commandLine = commandLine;
     added.context->connection = added.model->id();
     added.context->protocolVersion = peer.major;
-    added.context->startTime = QDateTime::currentDateTime();
+    added.context->startTime = processStart(peer.pid);
     const QByteArray greeting = peer.applicationName.toUtf8() + '\n';
     added.context->greeting.assign(greeting.begin(), greeting.end());
     Inspector::self()->setCurrent(added.model);
@@ -82,6 +86,7 @@ SharedPtr<ApplicationContext> Applications::start(const QString& command, int ti
     options.program = findProgram(parts.takeFirst());
     options.arguments = parts;
     options.timeoutMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
+    options.isStopping = m_settings.isStopping;
     for (const QString& variable : m_settings.environment)
         options.environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
     std::unique_ptr<Application> process = Application::start(options, error);
@@ -106,30 +111,42 @@ void Applications::killAll()
 
 SharedPtr<ApplicationContext> Applications::attach(const QString& address, int timeoutMs, QString* error)
 {
-    std::unique_ptr<Application> process = Application::attach(
-        address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs, error);
+    std::unique_ptr<Application> process =
+        Application::attach(address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs,
+                            error, m_settings.isStopping);
     if (!process)
         return noContext();
     std::unique_ptr<ModelLink> link = process->takeLink();
     const QString commandLine = process->commandLine();
-    return add(std::move(process), std::move(link), commandLine);
+    const SharedPtr<ApplicationContext> context = add(std::move(process), std::move(link), commandLine);
+    QString host;
+    quint16 port = 0;
+    if (Protocol::isTcpAddress(address, &host, &port)) {
+        m_entries.back().host = host;
+        m_entries.back().port = port;
+    }
+    return context;
 }
 
 SharedPtr<ApplicationContext> Applications::waitForLaunch(int timeoutMs, QString* error)
 {
-    constexpr int sliceMs = 50;
+    constexpr int sliceMs = 20;
     const int limitMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
-    int waitedMs = 0;
+    const auto canLaunch = [](const Entry& each) { return each.process && each.process->wasStarted(); };
+    if (std::none_of(m_entries.begin(), m_entries.end(), canLaunch)) {
+        *error = QStringLiteral("No application was started that could launch another one");
+        return noContext();
+    }
+    QElapsedTimer timer;
+    timer.start();
     do {
         for (Entry& each : m_entries) {
-            if (!each.process || !each.process->wasStarted())
+            if (!canLaunch(each))
                 continue;
-            if (std::unique_ptr<ModelLink> link =
-                    each.process->waitForChild(std::min(sliceMs, limitMs - waitedMs)))
+            if (std::unique_ptr<ModelLink> link = each.process->waitForChild(sliceMs))
                 return add(nullptr, std::move(link), QString());
         }
-        waitedMs += sliceMs;
-    } while (waitedMs < limitMs && !m_entries.empty());
+    } while (timer.elapsed() < limitMs && !(m_settings.isStopping && m_settings.isStopping()));
     *error = QStringLiteral("No application was launched within %1 ms").arg(limitMs);
     return noContext();
 }
@@ -140,7 +157,7 @@ bool Applications::detach(const SharedPtr<ApplicationContext>& context)
     if (!found || !found->model->isAlive())
         return false;
     found->endTold = true;
-    found->model->detach(QStringLiteral("The application was detached from"));
+    found->model->detach(QStringLiteral("it was detached from"));
     context->connection = -1;
     return true;
 }
@@ -195,8 +212,10 @@ bool Applications::isRunning(const SharedPtr<ApplicationContext>& context)
     Entry* found = entry(context);
     if (!found)
         return false;
-    return found->process && found->process->wasStarted() ? found->process->isRunning()
-                                                          : found->model->isAlive();
+    if (found->process && found->process->wasStarted())
+        return found->process->isRunning();
+    // Of another machine the connection is all there is to know.
+    return found->port != 0 ? found->model->isAlive() : isProcessRunning(found->model->peer().pid);
 }
 
 qint64 Applications::pid(const SharedPtr<ApplicationContext>& context) const
@@ -215,6 +234,18 @@ ApplicationModel* Applications::model(const SharedPtr<ApplicationContext>& conte
 {
     const Entry* found = entry(context);
     return found ? found->model : nullptr;
+}
+
+QString Applications::host(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->host : QString();
+}
+
+int Applications::port(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->port : 0;
 }
 
 ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) const

@@ -22,6 +22,8 @@ struct ApplicationSettings
     QStringList folders;     ///< searched before PATH
     QStringList environment; ///< "NAME=value"
     int startTimeoutMs = 20'000;
+    /** Asked while one is waited for; true gives up. */
+    std::function<bool()> isStopping;
 };
 
 /**
@@ -61,6 +63,9 @@ public:
     /** Null when the context has none: it was attached to, or is unknown. */
     Application* process(const SharedPtr<ApplicationContext>& context) const;
     ApplicationModel* model(const SharedPtr<ApplicationContext>& context) const;
+    /** Where the connection goes to: this machine and 0 unless it is one by TCP; empty for an unknown one. */
+    QString host(const SharedPtr<ApplicationContext>& context) const;
+    int port(const SharedPtr<ApplicationContext>& context) const;
 
     /** Takes in that an application has gone; called by whoever listens to the inspector. */
     void noticeEnd(ApplicationModel* model, const QString& reason);
@@ -75,6 +80,8 @@ private:
         SharedPtr<ApplicationContext> context;
         std::unique_ptr<Application> process;
         ApplicationModel* model = nullptr;
+        QString host = QStringLiteral("localhost");
+        int port = 0;
         bool endTold = false;
     };
 

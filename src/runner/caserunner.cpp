@@ -52,15 +52,6 @@ QStringList homeVariables(const QString& home)
             QStringLiteral("XDG_CACHE_HOME=") + home + QStringLiteral("/.cache")};
 }
 
-ApplicationSettings applicationSettings(const SuiteSettings& settings)
-{
-    ApplicationSettings result;
-    result.folders = settings.applicationFolders;
-    result.environment = settings.environment;
-    result.startTimeoutMs = settings.startTimeoutSecs * 1000;
-    return result;
-}
-
 QString endText(const ApplicationReport& report)
 {
     const bool isStatus = report.ending.startsWith(QLatin1String("was killed")) ||
@@ -80,13 +71,23 @@ CaseRunner::CaseRunner(const Suite& suite, const TestCase& testCase, const Langu
     , m_watchdog(watchdog)
     , m_options(std::move(options))
     , m_result(stream, m_options.outputFolder)
-    , m_applications(applicationSettings(suite.settings))
+    , m_applications(applicationSettings())
 {
     if (m_options.timeoutSecs == 0)
         m_options.timeoutSecs = testCase.timeoutSecs ? testCase.timeoutSecs : suite.settings.caseTimeoutSecs;
 }
 
 CaseRunner::~CaseRunner() = default;
+
+ApplicationSettings CaseRunner::applicationSettings()
+{
+    ApplicationSettings result;
+    result.folders = m_suite.settings.applicationFolders;
+    result.environment = m_suite.settings.environment;
+    result.startTimeoutMs = m_suite.settings.startTimeoutSecs * 1000;
+    result.isStopping = [this] { return isStopping(); };
+    return result;
+}
 
 CaseOutcome CaseRunner::run()
 {
@@ -137,7 +138,7 @@ void CaseRunner::runScript()
         return;
     }
     QTemporaryDir home;
-    ApplicationSettings settings = applicationSettings(m_suite.settings);
+    ApplicationSettings settings = applicationSettings();
     if (m_suite.settings.ownHome)
         settings.environment += homeVariables(home.path());
     m_applications.setSettings(settings);
@@ -302,6 +303,11 @@ bool CaseRunner::mouseAction(SharedPtr<Object> object, int flags, int x, int y, 
 void CaseRunner::serviceConnections()
 {
     Inspector::self()->processEvents(0);
+}
+
+bool CaseRunner::isStopping()
+{
+    return m_watchdog->isStopping();
 }
 
 RunnerInterface::TestEnvironment CaseRunner::testEnvironment()

@@ -48,6 +48,7 @@ private:
     LineInfo scriptPlace() const;
     void reportEnding(int reason);
     void recordObjectTree();
+    ApplicationSettings applicationSettings();
 
     // RunnerInterface
     SharedPtr<ApplicationContext> startApplication(const QString& application, const QString& host, int port,
@@ -80,6 +81,7 @@ private:
                      bool buttonAction, bool press) override;
     bool promptWanted() override { return false; }
     void serviceConnections() override;
+    bool isStopping() override;
     TestResult* testResult() override { return &m_result; }
     TestEnvironment testEnvironment() override;
 

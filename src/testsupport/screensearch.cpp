@@ -1,12 +1,11 @@
 #include "testsupport/screensearch.h"
 
-#include "interpreter/base/interpreter.h"
-#include "interpreter/base/runnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/textrecognition.h"
+#include "testsupport/waiting.h"
 
 #include <QElapsedTimer>
 #include <QThread>
@@ -17,13 +16,6 @@ namespace {
 
 constexpr int pauseBetweenLooksMs = 100;
 constexpr int longestTimeoutMs = 24 * 60 * 60 * 1000;
-
-void serviceRunner()
-{
-    const Interpreter* interpreter = Interpreter::self();
-    if (interpreter && interpreter->runnerInterface())
-        interpreter->runnerInterface()->serviceConnections();
-}
 
 } // namespace
 
@@ -110,9 +102,8 @@ QVector<QRect> ScreenSearch::run(ScriptContext* context, bool present)
             return {};
         const QVector<QRect> places = findInView(context);
         if (!context->errorMessage().isEmpty() || places.isEmpty() != present ||
-            timer.elapsed() >= m_timeoutMs)
+            timer.elapsed() >= m_timeoutMs || !serviceRunner())
             return places;
-        serviceRunner();
         QThread::msleep(pauseBetweenLooksMs);
     }
 }

@@ -1,7 +1,6 @@
 #include "testsupport/scriptapi.h"
 
 #include "interpreter/base/interpreter.h"
-#include "interpreter/base/runnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/objectfunctions.h"
@@ -10,6 +9,7 @@
 #include "testsupport/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/testsettings.h"
+#include "testsupport/waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -34,14 +34,11 @@ void snooze(ScriptContext* context)
         return;
     }
     const double endMs = seconds->toDouble() * 1000;
-    const Interpreter* interpreter = Interpreter::self();
     QElapsedTimer timer;
     timer.start();
-    for (double leftMs = endMs; leftMs > 0; leftMs = endMs - double(timer.nsecsElapsed()) / 1e6) {
-        if (interpreter && interpreter->runnerInterface())
-            interpreter->runnerInterface()->serviceConnections();
+    for (double leftMs = endMs; leftMs > 0 && serviceRunner();
+         leftMs = endMs - double(timer.nsecsElapsed()) / 1e6)
         QThread::usleep(static_cast<unsigned long>(qMin(leftMs, double(serviceIntervalMs)) * 1000));
-    }
 }
 
 /** An object of the application: whether it is a null pointer; undefined and null are null too. */

@@ -103,6 +103,8 @@ public:
     virtual bool promptWanted() = 0;
     /** Called between the polls of a waiting script: keep connections alive, do not wait. */
     virtual void serviceConnections() = 0;
+    /** True when the script is to end now, for instance after a Ctrl-C: what waits gives up. */
+    virtual bool isStopping() { return false; }
     /** Where results of this run go; may be null. */
     virtual TestResult* testResult() = 0;
     virtual TestEnvironment testEnvironment() = 0;
