@@ -58,10 +58,15 @@ function(torvix_plugin name)
   install(TARGETS ${name} LIBRARY DESTINATION ${ARG_DESTINATION})
 endfunction()
 
-# torvix_script_modules(LANGUAGE FILES ...): files of scriptmodules/LANGUAGE, which lie there in the
-# prefix and, so that everything runs from either, in the build tree.
+# torvix_script_modules(LANGUAGE FILES ... MODULES ...): files of scriptmodules/LANGUAGE, which lie there in
+# the prefix, and modules that scripts import, which lie in lib/LANGUAGE; so that everything runs from
+# either, also in the build tree.
 function(torvix_script_modules language)
-  cmake_parse_arguments(ARG "" "" "FILES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "FILES;MODULES" ${ARGN})
+  foreach(file IN LISTS ARG_MODULES)
+    configure_file(${language}/${file} ${CMAKE_BINARY_DIR}/lib/${language}/${file} COPYONLY)
+    install(FILES ${language}/${file} DESTINATION lib/${language})
+  endforeach()
   foreach(file IN LISTS ARG_FILES)
     configure_file(${language}/${file} ${CMAKE_BINARY_DIR}/scriptmodules/${language}/${file} COPYONLY)
     install(FILES ${language}/${file} DESTINATION scriptmodules/${language})

@@ -14,12 +14,15 @@ interface ApplicationClass {
     [member: string]: any;
 }
 
+/** What a property is compared with: a text, or a pattern that has to match the whole of it. */
+type TextMatch = string | RegExp | { wildcardPattern: string } | { regexPattern: string };
+
 /** The properties by which an object is found; all of them have to hold. */
 interface ObjectProperties {
     /** Name of the object's class: "QPushButton". */
-    type?: string;
+    type?: TextMatch;
     /** The objectName. */
-    name?: string;
+    name?: TextMatch;
     visible?: boolean;
     /** The n-th of those that fit, from 1. */
     occurrence?: number;
@@ -417,3 +420,16 @@ declare const console: ConsoleFunctions;
 /** There to tell of the misspelt name: every use throws. */
 declare const Console: never;
 declare const torvixinfo: TorvixInfo;
+
+/** Patterns for names of objects. */
+declare module "objectmaphelper.js" {
+    /** "*" any text, "?" one character, "[abc]" one of these. */
+    export class Wildcard {
+        constructor(pattern: string);
+        wildcardPattern: string;
+    }
+    export class RegularExpression {
+        constructor(pattern: string);
+        regexPattern: string;
+    }
+}

@@ -1,5 +1,6 @@
 // Every part of the script API as it is meant to be used: the compiler has nothing to say to it.
 import * as names from 'names.js';
+import { RegularExpression, Wildcard } from 'objectmaphelper.js';
 
 function main() {
     const app = startApplication("myapp --flag", "", -1, 10);
@@ -11,6 +12,7 @@ function main() {
     mouseClick(window, 5, 5, Modifier.Shift, MouseButton.LeftButton);
     clickButton(findObject({ type: "QPushButton", text: "OK", window: names.mainWindow }));
     type(findObject("{type='QLineEdit'}"), "text<Return>");
+    findAllObjects({ type: /Q.*Button/, name: new Wildcard("a*"), text: new RegularExpression("[0-9]+") });
     activateItem(findObject({ type: "QMenuBar" }), "File.Save As");
     const cell = waitForObjectItem({ type: "QTableView" }, 1, 2);
     scrollTo(cell);

@@ -73,8 +73,12 @@ public:
     /** Name under which the interpreter registers a callable; null when it is none. */
     virtual QString callableIdentifier() const;
 
+    /** Pattern of a regular expression of the language, in the syntax of QRegularExpression; null when
+     *  the value is none. */
+    virtual QString regularExpression() const;
+
     /** The value as a condition on a property in a real name: a map is the real name of another
-     *  object, everything else a text. */
+     *  object, a regular expression a pattern, everything else a text. */
     virtual PropertyValue toPropertyValue() const;
 };
 

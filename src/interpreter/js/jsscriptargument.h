@@ -45,6 +45,7 @@ public:
     SharedPtr<ApplicationContext> toApplicationContext() const override;
     SharedPtr<Object> convertToArgument(const Argument& argument) const override;
     SharedPtr<ScriptArgument> invoke(const List& arguments, QString* error) const override;
+    QString regularExpression() const override;
     PropertyValue toPropertyValue() const override;
 
     const KJS::Value& value() const { return m_value; }
