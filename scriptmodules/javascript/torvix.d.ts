@@ -177,12 +177,31 @@ interface TestSettings {
     logScreenshotOnFail: boolean;
 }
 
-/** Dialogs with the person who runs the test, in the terminal. */
+/** How a screenshot is compared. */
+interface ScreenshotOptions {
+    /** How much each of red, green and blue may differ, 0 to 255. */
+    tolerance?: number;
+    /** How many pixels may differ by more than that. */
+    differingPixels?: number;
+    /** Areas that are not looked at: x, y, width, height in pixels. */
+    masks?: [number, number, number, number][];
+}
+
+/** What a new verification point looks at; what people usually look at without any of these. */
+interface VPOptions extends ScreenshotOptions {
+    properties?: string[];
+    table?: boolean;
+    screenshot?: boolean;
+}
+
+/** Dialogs with the person who runs the test, in the terminal or in windows. */
 interface TestInteraction {
-    /** False where there is no terminal; the others are errors there. */
+    /** False where there is neither a terminal nor a display; the others are errors there. */
     isAvailable(): boolean;
-    information(text: string): void;
-    warning(text: string): void;
+    /** Ok, or Cancel. */
+    information(text: string): number;
+    /** Ok, or Cancel. */
+    warning(text: string): number;
     /** Does not wait. */
     notification(text: string): void;
     input(text: string, proposal?: string): string | null;
@@ -190,7 +209,8 @@ interface TestInteraction {
     /** The button that was chosen; buttons are or-ed. */
     question(text: string, buttons?: number): number;
     choice(text: string, choices: string[]): string | null;
-    showImage(file: string, text?: string): void;
+    /** Ok, or Cancel. */
+    showImage(file: string, text?: string): number;
     readonly None: number;
     readonly Ok: number;
     readonly Cancel: number;
@@ -308,8 +328,17 @@ declare function findImage(file: string, options?: SearchOptions): ScreenPlace |
 declare function waitForImage(file: string, options?: SearchOptions): ScreenPlace;
 /** All text, as it is read by text recognition. */
 declare function getOcrText(options?: SearchOptions): string;
+/** All lines, each with its place. */
+declare function getAllOcrText(options?: SearchOptions): (ScreenPlace & { text: string })[];
 declare function findOcrText(text: string, options?: SearchOptions): ScreenPlace | null;
+/** Everywhere that it is. */
+declare function findAllOcrText(text: string, options?: SearchOptions): ScreenPlace[];
 declare function waitForOcrText(text: string, options?: SearchOptions): ScreenPlace;
+
+/** Writes a verification point of what the object is like now; gives the file. */
+declare function createVP(object: ObjectName, name: string, options?: VPOptions): string;
+/** Writes a verification point of what the object looks like now; gives the file. */
+declare function createVisualVP(object: ObjectName, name: string, options?: ScreenshotOptions): string;
 
 // Applications.
 

@@ -146,6 +146,8 @@ void Session::send(const Frame& frame)
     // Destructions go out before anything that they caused.
     if (!m_destroyed.isEmpty() && frame.kind != FrameKind::Hello)
         sendDestroyed();
+    if (!m_channel) // that may have found that the runner has gone
+        return;
     const QByteArray bytes = toBytes(frame);
     qint64 written = 0;
     if (m_outgoing.isEmpty()) {

@@ -76,6 +76,7 @@ CaseRunner::CaseRunner(const Suite& suite, const TestCase& testCase, const Langu
 {
     if (m_options.timeoutSecs == 0)
         m_options.timeoutSecs = testCase.timeoutSecs ? testCase.timeoutSecs : suite.settings.caseTimeoutSecs;
+    m_result.setUpdatesVerificationPoints(m_options.updatesVerificationPoints);
 }
 
 CaseRunner::~CaseRunner() = default;
@@ -108,6 +109,7 @@ CaseOutcome CaseRunner::run()
             recordObjectTree();
         Inspector::self()->processEvents(0);
     }
+    m_result.finish();
     for (const ApplicationReport& report : m_applications.stopAll())
         m_stream->applicationEnded(report);
     ObjectMap::self()->clear();

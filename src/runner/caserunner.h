@@ -29,6 +29,8 @@ public:
         /** 0: what the case or its suite says. */
         int timeoutSecs = 0;
         int attempt = 1;
+        /** Verification points that do not hold are renewed. */
+        bool updatesVerificationPoints = false;
     };
 
     /** All are borrowed and have to outlive it. */

@@ -138,6 +138,9 @@ QVector<Option> optionsOf(Verb verb, CommandLine* line)
                     setNumber(&run->timeoutSecs, 1)},
                    {"--last-failed", nullptr, "only cases that failed in the last run in the output folder",
                     setFlag(&run->lastFailed)},
+                   {"--update-vps", nullptr,
+                    "replace what verification points expect by what is seen, and make missing ones",
+                    setFlag(&run->updateVerificationPoints)},
                    {"--list", nullptr, "show what would run, and run nothing", setFlag(&run->listOnly)},
                    {"--quiet", nullptr, "only failures and the summary", setFlag(&run->quiet)},
                };

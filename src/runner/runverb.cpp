@@ -72,6 +72,7 @@ private:
             options.outputFolder = QDir(m_options.outputFolder).absoluteFilePath(testCase.name);
             options.timeoutSecs = m_options.timeoutSecs;
             options.attempt = attempt;
+            options.updatesVerificationPoints = m_options.updateVerificationPoints;
             CaseRunner runner(suite, testCase, m_plugin, &m_stream, &m_watchdog, options);
             const CaseOutcome outcome = runner.run();
             const bool isFine = outcome == CaseOutcome::Passed || outcome == CaseOutcome::Skipped;

@@ -1,29 +1,20 @@
 #include "testsupport/screensearch.h"
 
-#include "interpreter/base/interpreter.h"
-#include "interpreter/base/runnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/textrecognition.h"
+#include "testsupport/waiting.h"
 
 #include <QElapsedTimer>
-#include <QThread>
 
 namespace Torvix {
 
 namespace {
 
-constexpr int pauseBetweenLooksMs = 100;
+constexpr double pauseBetweenLooksMs = 100;
 constexpr int longestTimeoutMs = 24 * 60 * 60 * 1000;
-
-void serviceRunner()
-{
-    const Interpreter* interpreter = Interpreter::self();
-    if (interpreter && interpreter->runnerInterface())
-        interpreter->runnerInterface()->serviceConnections();
-}
 
 } // namespace
 
@@ -91,6 +82,9 @@ QVector<QRect> ScreenSearch::findInView(ScriptContext* context)
         if (!read.error.isEmpty())
             context->setError(read.error);
         m_seenText = read.text();
+        m_seenLines = read.lines();
+        for (RecognizedLine& line : m_seenLines)
+            line.place.translate(m_view.origin);
         places =
             read.find(m_wantedText, m_options.flag("ignoreCase") ? Qt::CaseInsensitive : Qt::CaseSensitive);
     } else {
@@ -112,8 +106,8 @@ QVector<QRect> ScreenSearch::run(ScriptContext* context, bool present)
         if (!context->errorMessage().isEmpty() || places.isEmpty() != present ||
             timer.elapsed() >= m_timeoutMs)
             return places;
-        serviceRunner();
-        QThread::msleep(pauseBetweenLooksMs);
+        if (!waitMeanwhile(pauseBetweenLooksMs) && failIfInterrupted(context))
+            return {};
     }
 }
 

@@ -76,10 +76,11 @@ void testException(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 3, "test.exception(code[, message[, detail]])"))
         return;
+    // Read first: the code may call the tool itself, and one context serves all of these calls.
+    const ResultTexts texts = resultTexts(*context, 1, QStringLiteral("Exception"));
     const std::pair<QString, QString> finding = context->catchException(context->argument(0));
     const bool passed = finding.second.isEmpty();
-    reportCheck(context, Expectation::Pass, passed, resultTexts(*context, 1, QStringLiteral("Exception")),
-                passed ? finding.first : finding.second);
+    reportCheck(context, Expectation::Pass, passed, texts, passed ? finding.first : finding.second);
 }
 
 } // namespace Torvix

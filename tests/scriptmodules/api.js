@@ -24,6 +24,12 @@ function main() {
         test.log(objectName(child));
     for (const context of applicationContextList())
         context.detach();
+    test.log(createVP(window, "main", { properties: ["windowTitle"], screenshot: true }));
+    createVisualVP(names.mainWindow, "look", { tolerance: 3, masks: [[0, 0, 10, 10]] });
+    for (const line of getAllOcrText({ object: window }))
+        test.log(line.text, `${line.x} ${findAllOcrText(line.text).length}`);
+    if (testInteraction.isAvailable() && testInteraction.question("Right?") === testInteraction.No)
+        test.fail("Somebody says no");
     console.assert(Qt.AlignLeft === 1, torvixinfo.testCaseName);
     qApp.quit();
 }

@@ -46,6 +46,8 @@ void ExtraFunctionImp::init(KJS::Interpreter* interpreter, KJS::Object* global)
     global->put(exec, "objectMap", new JsObjectMapImp(exec), KJS::None);
     global->put(exec, "torvixinfo", new JsTorvixInfoImp(exec), KJS::None);
     global->put(exec, "testInteraction", new JsTestInteractionImp, KJS::None);
+    // The engine has a hidden one, whose attributes an assignment would keep.
+    global->deleteProperty(exec, "console");
     global->put(exec, "console", new JsConsoleImp, KJS::None);
     global->put(exec, "Console", new DeprecatedJsConsoleImp, KJS::None);
     global->put(exec, "MouseButton", new JsMouseButtonImp, KJS::None);

@@ -153,6 +153,7 @@ void JsInterpreter::keepResult(const KJS::Value& value)
 bool JsInterpreter::evaluate(const QString& code, const QString& fileName, bool, bool silent)
 {
     clearError();
+    setInterrupted(false);
     setLastResult(nullptr);
     ScriptContext::setCurrent(m_scriptContext.get());
     jsSourceFile = std::make_unique<QString>(realPath(fileName));
@@ -174,6 +175,7 @@ KJS::Value JsInterpreter::evaluateJs(const QString& code, bool* hadValue, const 
 {
     *hadValue = false;
     clearError();
+    setInterrupted(false);
     setLastResult(nullptr);
     ScriptContext::setCurrent(m_scriptContext.get());
     const KJS::Completion completion = m_interpreter->evaluate(code, KJS::Value(), false);
@@ -210,6 +212,7 @@ bool JsInterpreter::call(const QString& name, const ObjectList& args)
 {
     const PositionKeeper position(debugger());
     clearError();
+    setInterrupted(false);
     KJS::ExecState* exec = m_execStates.isEmpty() ? getGlobalExecState() : m_execStates.top();
     KJS::Object function = findCallable(exec, name);
     if (function.isNull())
@@ -346,6 +349,7 @@ void JsInterpreter::setTimeLimit(int timeLimitMs)
 
 void JsInterpreter::interrupt()
 {
+    setInterrupted(true);
     m_interpreter->interrupt();
 }
 
