@@ -34,6 +34,7 @@ QStringList screenshotOptions()
 /** What is to be written about an object. */
 struct Aspects
 {
+    QString name; ///< that finds it
     QStringList properties;
     bool table = false;
     bool screenshot = false;
@@ -104,7 +105,7 @@ QByteArray content(const QJsonObject& check)
 QJsonObject describe(ScriptContext* context, const SharedPtr<Object>& object, const Aspects& aspects)
 {
     VerificationCheck check;
-    check.object = object->name();
+    check.object = aspects.name;
     for (const QString& name : aspects.properties) {
         if (!object->objectClass()->property(name)) {
             context->setError(QStringLiteral("%1 has no property '%2'").arg(object->className(), name));
@@ -163,13 +164,22 @@ QString create(ScriptContext* context, const SharedPtr<Object>& object, const QS
     return writeFile(context, path, text) ? path : QString();
 }
 
-void createFor(ScriptContext* context, const char* function, const Aspects* aspects)
+/** A name that the script gives is kept: one that is made from the object may well contain what the
+ *  verification point is about, such as a text. */
+QString nameOf(const ScriptArgument& given, const SharedPtr<Object>& object)
 {
-    const SharedPtr<ScriptArgument> name = context->argument(1);
+    return given.toObject() ? object->name() : given.toRealName();
+}
+
+void createFor(ScriptContext* context, const char* function, const Aspects* wanted)
+{
+    const ScriptContext::Arguments given = context->arguments();
     const SharedPtr<Object> object = objectArgument(context, 0, function);
     if (!object)
         return;
-    const QString path = create(context, object, name->toString(), aspects ? *aspects : usualAspects(object));
+    Aspects aspects = wanted ? *wanted : usualAspects(object);
+    aspects.name = nameOf(*given[0], object);
+    const QString path = create(context, object, given[1]->toString(), aspects);
     if (!path.isNull())
         context->setResult(context->toArgument(path));
 }
@@ -186,9 +196,12 @@ QString findVerificationPoint(const QString& name, QStringList* candidates)
     return {};
 }
 
-QString createUsualVP(ScriptContext* context, const SharedPtr<Object>& object, const QString& name)
+QString createUsualVP(ScriptContext* context, const ScriptArgument& given, const SharedPtr<Object>& object,
+                      const QString& name)
 {
-    return create(context, object, name, usualAspects(object));
+    Aspects aspects = usualAspects(object);
+    aspects.name = nameOf(given, object);
+    return create(context, object, name, aspects);
 }
 
 void createVP(ScriptContext* context)
@@ -200,8 +213,11 @@ void createVP(ScriptContext* context)
             QStringList{QStringLiteral("properties"), QStringLiteral("table"), QStringLiteral("screenshot")} +
                 screenshotOptions()))
         return;
-    Aspects aspects{texts(options.value("properties")), options.flag("table"), options.flag("screenshot"),
-                    readScreenshotOptions(options)};
+    const Aspects aspects{{},
+                          texts(options.value("properties")),
+                          options.flag("table"),
+                          options.flag("screenshot"),
+                          readScreenshotOptions(options)};
     const bool isUsual = aspects.properties.isEmpty() && !aspects.table && !aspects.screenshot;
     createFor(context, "createVP", isUsual ? nullptr : &aspects);
 }
@@ -212,7 +228,7 @@ void createVisualVP(ScriptContext* context)
     if (!requireArguments(context, 2, 3, "createVisualVP(object, name[, options])") ||
         !options.read(context, 2, screenshotOptions()))
         return;
-    const Aspects aspects{{}, false, true, readScreenshotOptions(options)};
+    const Aspects aspects{{}, {}, false, true, readScreenshotOptions(options)};
     createFor(context, "createVisualVP", &aspects);
 }
 

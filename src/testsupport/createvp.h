@@ -7,6 +7,7 @@
 
 namespace Torvix {
 
+class ScriptArgument;
 class ScriptContext;
 
 // Script functions that write verification points and give the path: (object, name[, options]). A point
@@ -15,8 +16,10 @@ void createVP(ScriptContext* context);
 void createVisualVP(ScriptContext* context);
 
 /** Writes one with what a person would look at first: the cells of a table, else the usual properties.
- *  Null with an error in the context, otherwise the path. */
-QString createUsualVP(ScriptContext* context, const SharedPtr<Object>& object, const QString& name);
+ *  `given` is the object, or its name, as the script gave it. Null with an error in the context, otherwise
+ *  the path. */
+QString createUsualVP(ScriptContext* context, const ScriptArgument& given, const SharedPtr<Object>& object,
+                      const QString& name);
 
 /** The file of a verification point of the test case; a null string when there is none. `candidates` are
  *  the files that were looked for, the last being the one to write. */

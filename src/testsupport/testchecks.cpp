@@ -24,6 +24,15 @@ QString lineDifference(const ScriptArgument& actual, const ScriptArgument& expec
     return QLatin1Char('\n') + textDifference(wanted, seen);
 }
 
+/** Lists and maps with the same content are not equal by ==, which surprises. */
+QString identityHint(const ScriptArgument& actual, const ScriptArgument& expected)
+{
+    const bool areLists = actual.isList() && expected.isList();
+    if (!areLists && !(actual.isMap() && expected.isMap()))
+        return {};
+    return QStringLiteral(": they are two objects; compare their contents, as with JSON.stringify()");
+}
+
 void verify(ScriptContext* context, Expectation expectation, const char* usage)
 {
     if (!requireArguments(context, 1, 3, usage))
@@ -46,7 +55,7 @@ void compare(ScriptContext* context, Expectation expectation, const char* usage)
     QString finding = shown(*actual) + QLatin1String(" and ") + shown(*expected) +
                       (equal ? QLatin1String(" are equal") : QLatin1String(" are not equal"));
     if (!equal)
-        finding += lineDifference(*actual, *expected);
+        finding += lineDifference(*actual, *expected) + identityHint(*actual, *expected);
     reportCheck(context, expectation, equal, resultTexts(*context, 2, QStringLiteral("Comparison")), finding);
 }
 

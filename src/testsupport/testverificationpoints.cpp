@@ -145,7 +145,7 @@ void createOrFail(ScriptContext* context, const QString& name, const SharedPtr<O
                               .arg(name, candidates[0], candidates[1]));
         return;
     }
-    const QString path = createUsualVP(context, given, name);
+    const QString path = createUsualVP(context, *context->argument(1), given, name);
     if (!path.isNull())
         reportRenewal(context, QStringLiteral("Verification point '%1' was made").arg(name), path);
 }

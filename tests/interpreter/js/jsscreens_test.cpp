@@ -160,6 +160,12 @@ TEST_F(JsScreensTest, VerificationPointsAreWrittenFromObjects)
                     .endsWith(": toolTip: expected \"\", found \"new\""));
     EXPECT_EQ(text("createVP(button, 'usual'); test.vp('usual')"), "true") << "replaces it";
 
+    EXPECT_EQ(text("createVP({type: 'QPushButton', name: 'count'}, 'named'); button.text = 'Changed';"
+                   "test.vp('named')"),
+              "false")
+        << "the object is found by the name that was given, not by the text that differs";
+    EXPECT_TRUE(entries().last().detail.contains("text: expected \"&Do count\", found \"Changed\""))
+        << entries().last().detail.toStdString();
     ASSERT_TRUE(run("var table = waitForObjectExists({type: 'QTableWidget', name: 'table'})"));
     EXPECT_EQ(text("createVP(table, 'cells'); test.vp('cells')"), "true");
     EXPECT_EQ(text("test.compare(table.item(1, 1).text(), 'cell 1.1'); table.item(1, 1).setText('other');"

@@ -91,6 +91,10 @@ TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
         {"test.xcompare(2, 2)", "unexpected-pass|Comparison|'2' (Number) and '2' (Number) are equal"},
         {"test.compare('a\\nb', 'a\\nc')", "fail|Comparison|'a\nb' (String) and 'a\nc' (String) are not "
                                            "equal\n  a\n- c\n+ b"},
+        {"test.compare([1], [1])",
+         "fail|Comparison|'1' (Array) and '1' (Array) are not equal: they are two objects; compare their "
+         "contents, as with JSON.stringify()"},
+        {"test.compare([1], 1)", "pass|Comparison|'1' (Array) and '1' (Number) are equal"},
         {"test.exception('throw 1')", "pass|Exception|Caught expected error"},
         {"test.exception('1', 'calm')", "fail|calm|Unexpected pass"},
         {"test.pass('p', 'd')", "pass|p|d"},
@@ -105,7 +109,7 @@ TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
         EXPECT_EQ(results(code), QString::fromUtf8(expected)) << code;
     EXPECT_EQ(text("['tests', 'passes', 'fails', 'xfails', 'xpasses', 'warnings', 'logs', 'fatals', 'skips',"
                    "'errors'].map(n => test.resultCount(n)).join()"),
-              "19,6,7,3,3,1,1,0,0,0");
+              "21,7,8,3,3,1,1,0,0,0");
     EXPECT_EQ(result.outcome(), CaseOutcome::Failed);
 }
 
