@@ -2,6 +2,7 @@
 
 #include "agent/inputqueue.h"
 #include "agent/listener.h"
+#include "protocol/applicationmessages.h"
 #include "protocol/token.h"
 
 #include <QCoreApplication>
