@@ -215,6 +215,7 @@ void ApplicationModel::takePush(const Frame& frame)
         return;
     }
     case PushNumber::GoingDown:
+        m_endAnnounced = true;
         invalidateAll();
         return;
     case PushNumber::ClassesChanged:

@@ -58,6 +58,8 @@ public:
     bool isAlive() const { return m_alive; }
     /** Why it is not alive. */
     QString endReason() const { return m_endReason; }
+    /** Whether it told beforehand that it ends, as at an ordinary end and never at a crash. */
+    bool isEndAnnounced() const { return m_endAnnounced; }
     /** Closes the connection; all references are invalidated, as with a death. */
     void detach(const QString& reason);
     /** Longest wait for an ordinary call. Default 60,000 ms. Not used by requests that wait. */
@@ -138,6 +140,7 @@ private:
     std::unique_ptr<ModelLink> m_link;
     bool m_alive = true;
     QString m_endReason;
+    bool m_endAnnounced = false;
     int m_callTimeoutMs = 60000;
     LinkError m_lastLinkError;
     InspectorListener* m_listener = nullptr;

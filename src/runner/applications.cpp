@@ -245,9 +245,14 @@ void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
             continue;
         each.endTold = true;
         each.context->connection = -1;
-        const ApplicationReport report = reportOf(each, reason);
+        ApplicationReport report = reportOf(each, reason);
+        const bool isStarted = each.process && each.process->wasStarted();
+        // Of one that was attached to there is no status, only what it says itself.
+        const bool isOrdinary = !isStarted && model->isEndAnnounced();
+        if (isOrdinary)
+            report.ending = QStringLiteral("ended by itself");
         if (m_endHandler)
-            m_endHandler(report, isCrash(report.ending));
+            m_endHandler(report, !isOrdinary && isCrash(report.ending));
     }
 }
 

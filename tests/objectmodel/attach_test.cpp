@@ -69,6 +69,30 @@ TEST_F(Attach, WorksAgainAndAgainWithTheTokenFileOfTheAgent)
     EXPECT_FALSE(QFile(address + utf8(".token")).permissions() & others);
 }
 
+TEST_F(Attach, AnOrdinaryEndIsAnnouncedAndAKillIsNot)
+{
+    for (const bool quits : {true, false}) {
+        startTarget(QByteArray());
+        QString error;
+        const auto application = Application::attach(address, QByteArray(), 5000, &error);
+        ASSERT_TRUE(application) << qPrintable(error);
+        ApplicationModel* model = Inspector::self()->addApplication(application->takeLink());
+        Inspector::self()->setCurrent(model);
+        const Class* qApplication = Inspector::self()->classByName(utf8("QApplication"));
+        ASSERT_TRUE(qApplication);
+        if (quits)
+            qApplication->methods(utf8("quit")).first()->invoke(nullptr, {});
+        else
+            process.kill();
+        ASSERT_TRUE(process.waitForFinished(20'000));
+        Inspector::self()->processEvents(1000);
+        EXPECT_FALSE(model->endReason().isEmpty());
+        EXPECT_EQ(model->isEndAnnounced(), quits);
+        Inspector::self()->reset();
+        QFile::remove(address);
+    }
+}
+
 TEST_F(Attach, StrangersAreTurnedAwayAndHarmNothing)
 {
     const QByteArray token = Protocol::tokenToText(Protocol::makeToken());

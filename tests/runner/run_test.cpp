@@ -182,6 +182,24 @@ TEST_F(Runs, BadInputIsOneLineAndTheRightStatus)
     EXPECT_EQ(1, m_output.count('\n')) << m_output.toStdString();
 }
 
+TEST_F(Runs, RenewVerificationPointsOnDemand)
+{
+    write("s/tst_vp/test.js",
+          "function main() {\n  startApplication('" TORVIX_TEST_BINARY_DIR "/tests/torvixtarget');\n"
+          "  test.vpWithObject('button', {type: 'QPushButton', name: 'count'});\n}\n");
+    EXPECT_EQ(1, run({"run", "s"})) << "there is none yet";
+    EXPECT_TRUE(m_output.contains("There is no verification point 'button'")) << m_output.toStdString();
+    EXPECT_EQ(0, run({"run", "s", "--update-vps"})) << m_output.toStdString();
+    EXPECT_EQ("Verification point 'button' was made",
+              report().cases.at(0).attempts.last().entries.last().message);
+    EXPECT_EQ(0, run({"run", "s"})) << m_output.toStdString();
+    write("s/tst_vp/verificationPoints/button.json",
+          R"({"checks": [{"properties": {"text": "old", "enabled": true}}]})");
+    EXPECT_EQ(1, run({"run", "s"}));
+    EXPECT_EQ(0, run({"run", "s", "--update-vps"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"run", "s"})) << m_output.toStdString();
+}
+
 TEST_F(Runs, ARunawayScriptIsStoppedByItsTime)
 {
     write("s/tst_a_loop/test.js", "function main() {\n  for (;;);\n}\n");
