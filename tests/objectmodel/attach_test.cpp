@@ -78,14 +78,15 @@ TEST_F(Attach, AnOrdinaryEndIsAnnouncedAndAKillIsNot)
         ASSERT_TRUE(application) << qPrintable(error);
         ApplicationModel* model = Inspector::self()->addApplication(application->takeLink());
         Inspector::self()->setCurrent(model);
-        const Class* qApplication = Inspector::self()->classByName(utf8("QApplication"));
-        ASSERT_TRUE(qApplication);
+        const SharedPtr<Object> control = Inspector::self()->findObject(utf8("{name='control'}"));
+        ASSERT_TRUE(control) << qPrintable(Inspector::self()->lastError());
         if (quits)
-            qApplication->methods(utf8("quit")).first()->invoke(nullptr, {});
+            control->objectClass()->methods(utf8("quitLater")).first()->invoke(control, {value(10)});
         else
             process.kill();
         ASSERT_TRUE(process.waitForFinished(20'000));
-        Inspector::self()->processEvents(1000);
+        for (int i = 0; i < 500 && model->isAlive(); ++i)
+            Inspector::self()->processEvents(10);
         EXPECT_FALSE(model->endReason().isEmpty());
         EXPECT_EQ(model->isEndAnnounced(), quits);
         Inspector::self()->reset();
