@@ -177,11 +177,18 @@ void testEndSection(ScriptContext* context)
         context->setError(QStringLiteral("test.endSection() without test.startSection()"));
 }
 
-void testBreakpoint(ScriptContext*)
+void testBreakpoint(ScriptContext* context)
 {
     Debugger* debugger = Debugger::self();
-    if (debugger && debugger->isInteractive())
-        debugger->stop();
+    if (!debugger || !debugger->isInteractive())
+        return;
+    // The debugger follows the statements only where there are breakpoints or steps.
+    LineInfo place;
+    if (context->lineInfo(&place, 0)) {
+        debugger->setCurrentLine(place.line);
+        debugger->setCurrentSourceId(debugger->sourceIdOf(place.file));
+    }
+    debugger->stop();
 }
 
 } // namespace Torvix

@@ -1,3 +1,4 @@
+#include "interpreter/base/debugger.h"
 #include "interpreter/js/apitest.h"
 #include "interpreter/js/jstest.h"
 
@@ -256,6 +257,25 @@ TEST_F(JsTestTest, StackTracesTellEachCallInnermostFirst)
     EXPECT_EQ(text("frames[0].fileName.endsWith('test.js')"), "true");
     EXPECT_EQ(text("last.length"), "1");
     EXPECT_EQ(text("(function() { return test.stackTrace(1) })().length"), "1");
+}
+
+TEST_F(JsTestTest, ABreakpointStopsWhereSomebodyDebugs)
+{
+    Debugger* debugger = interpreter->debugger();
+    QStringList stops;
+    QObject::connect(debugger, &Debugger::stopped, debugger, [&] {
+        stops += QStringLiteral("%1:%2")
+                     .arg(QFileInfo(debugger->findSourceId(debugger->currentSourceId())).fileName())
+                     .arg(debugger->currentLine());
+    });
+    const char* code =
+        "test.breakpoint();\n\nfunction f() {\n  test.breakpoint('why');\n  test.log('on');\n}\n"
+        "f()";
+    EXPECT_EQ(results(code), "log|on|");
+    EXPECT_EQ(stops.join(' '), "") << "nobody is there";
+    debugger->setInteractive(true);
+    EXPECT_EQ(results(code), "log|on|");
+    EXPECT_EQ(stops.join(' '), "test.js:1 test.js:4");
 }
 
 TEST_F(JsTestTest, SectionsNestAndDescribe)
