@@ -259,7 +259,9 @@ TEST_F(DialogsOnADisplay, EndWithTheTestCase)
 {
     startSuite("function main() { testInteraction.question('Anybody?'); test.log('answered') }\n",
                "[General]\nTimeoutSecs = 1\n", m_display);
-    EXPECT_EQ(messages(), "Script interrupted\nThe test case took longer than 1 s");
+    const std::string told = messages();
+    EXPECT_NE(told.find("The test case took longer than 1 s"), std::string::npos) << told;
+    EXPECT_EQ(told.find("answered"), std::string::npos) << told;
 }
 
 TEST_F(DialogsOnADisplay, SayWhyTheyCannotBeShown)
