@@ -3,6 +3,7 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
 
+#include <QLocale>
 #include <QStringList>
 
 #include <cmath>
