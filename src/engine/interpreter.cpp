@@ -95,6 +95,11 @@ void Interpreter::setTimeLimit(int timeLimitMs)
     d->setTimeLimit(timeLimitMs);
 }
 
+bool Interpreter::isStopping() const
+{
+    return d->shouldStop();
+}
+
 void Interpreter::interrupt()
 {
     d->interrupt();

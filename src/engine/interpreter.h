@@ -99,6 +99,9 @@ public:
     void setTimeLimit(int timeLimitMs);
     /** Ends the running script in the same way, with "Script interrupted". Callable from any thread. */
     void interrupt();
+    /** Whether the running script is to end for either reason, which happens once script has run for
+     *  some time. A native function that waits asks for itself. */
+    bool isStopping() const;
 
     // The built-ins as they were made, whatever scripts do to the global names -----------------------
 

@@ -158,6 +158,7 @@ public:
     void setSourceName(const UString& name) { m_sourceName = name; }
     void setTimeLimit(int timeLimitMs) { m_timeLimit = std::chrono::milliseconds(timeLimitMs); }
     void interrupt() { m_interrupted = true; }
+    bool shouldStop() const;
 
     // ScriptHooks -----------------------------------------------------------------------------------
 
@@ -181,7 +182,6 @@ private:
     void loadBuiltins();
     void mark(JSMarkerRef marker);
     bool isInternal(int sourceId) const { return m_internalSources.count(sourceId) > 0; }
-    bool shouldStop();
     template <class Run>
     Rewriting::Outcome counted(Run run);
     template <class Hook>

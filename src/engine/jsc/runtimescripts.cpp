@@ -161,7 +161,7 @@ Completion Runtime::evaluate(const UString& code, const Value& thisValue, bool i
     return Completion(ReturnValue, ValueAccess::fromScript(*this, outcome.value));
 }
 
-bool Runtime::shouldStop()
+bool Runtime::shouldStop() const
 {
     if (m_interrupted)
         return true;
