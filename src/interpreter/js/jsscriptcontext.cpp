@@ -147,10 +147,10 @@ bool JSScriptContext::lineInfo(LineInfo* info, unsigned int depth) const
     const auto* debugger = dynamic_cast<const JsDebugger*>(Debugger::self());
     if (!debugger)
         return false;
-    const std::vector<KJS::ExecState*> frames = debugger->execStates();
-    if (depth >= frames.size())
+    const KJS::ExecState* frame = debugger->execState(depth);
+    if (!frame)
         return false;
-    const KJS::Context context = frames[frames.size() - 1 - depth]->context();
+    const KJS::Context context = frame->context();
     *info = LineInfo{debugger->findSourceId(context.sourceId()), context.curStmtFirstLine()};
     return true;
 }
