@@ -126,7 +126,7 @@ QString Application::waitForCall(int timeoutMs)
             adoptSession();
             return QString();
         }
-        if (!m_process->isRunning() && m_process->members().isEmpty())
+        if (m_process->isGone())
             return withOutput(QStringLiteral("it %1 before its agent called back").arg(m_process->exitText()),
                               m_process.get());
         const quint64 used = m_process->usedTime();
@@ -231,7 +231,7 @@ std::unique_ptr<ModelLink> Application::waitForChild(int timeoutMs)
 bool Application::isRunning()
 {
     if (m_process)
-        return !m_process->members().isEmpty();
+        return !m_process->isGone();
     return m_pid > 0 && ::kill(pid_t(m_pid), 0) == 0;
 }
 

@@ -1,18 +1,21 @@
 #include "objectmodel/processgroup.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTextCodec>
 #include <QThread>
 #include <QVector>
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -71,6 +74,21 @@ bool isZombie(int pid)
     QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
     const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
     return line.isEmpty() || line.contains(") Z ") || line.contains(") X ");
+}
+
+/** Whether `NAME=value` stands in the environment that a process was started with. */
+bool hasVariable(int pid, const QByteArray& variable)
+{
+    const int file =
+        ::open(("/proc/" + QByteArray::number(pid) + "/environ").constData(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    QByteArray variables("\0", 1);
+    char bytes[4096];
+    for (ssize_t count; (count = ::read(file, bytes, sizeof bytes)) > 0;)
+        variables.append(bytes, int(count));
+    ::close(file);
+    return variables.contains('\0' + variable + '\0');
 }
 
 QVector<QByteArray> environmentOf(const ProcessGroup::Command& command)
@@ -144,11 +162,27 @@ bool ProcessGroup::isRunning()
 
 bool ProcessGroup::waitForEnd(int timeoutMs)
 {
+    if (!isRunning() || timeoutMs <= 0)
+        return !isRunning();
+    // Told by the kernel at once, or where it cannot, asked in steps.
+    const int handle = int(::syscall(SYS_pidfd_open, m_pid, 0));
     QElapsedTimer timer;
     timer.start();
-    while (isRunning() && timer.elapsed() < timeoutMs)
-        QThread::msleep(stepMs);
+    while (isRunning() && timer.elapsed() < timeoutMs) {
+        pollfd ending = {handle, POLLIN, 0};
+        ::poll(&ending, 1, handle < 0 ? stepMs : timeoutMs - int(timer.elapsed()));
+    }
+    if (handle >= 0)
+        ::close(handle);
     return !isRunning();
+}
+
+bool ProcessGroup::isGone()
+{
+    // Asked twice: a process that starts another and ends while the list is read may hide it.
+    if (!m_isGone)
+        m_isGone = !isRunning() && members().isEmpty() && members().isEmpty();
+    return m_isGone;
 }
 
 QString ProcessGroup::exitText()
@@ -178,17 +212,14 @@ QVector<int> ProcessGroup::members()
     QVector<int> found;
     if (isRunning())
         found.append(m_pid);
-    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& name : processes) {
-        bool isProcess = false;
-        const int pid = name.toInt(&isProcess);
-        QFile environment(QStringLiteral("/proc/%1/environ").arg(name));
-        if (!isProcess || pid == m_pid || pid == getpid() || !environment.open(QIODevice::ReadOnly))
+    const std::unique_ptr<DIR, int (*)(DIR*)> processes(::opendir("/proc"), ::closedir);
+    while (const dirent* entry = processes ? ::readdir(processes.get()) : nullptr) {
+        const int pid = std::atoi(entry->d_name);
+        if (pid <= 0 || pid == m_pid || pid == getpid())
             continue;
-        // Of a process that is just ending this is empty, but its files are still open: one of the
-        // group counts until it is a zombie.
-        const QByteArray variables = environment.readAll();
-        if (variables.split('\0').contains(m_mark) || (getpgid(pid) == m_pid && !isZombie(pid)))
+        // Of a process that is just ending the environment is empty, but its files are still open: one
+        // of the group counts until it is a zombie.
+        if (hasVariable(pid, m_mark) || (getpgid(pid) == m_pid && !isZombie(pid)))
             found.append(pid);
     }
     return found;
@@ -207,14 +238,17 @@ void ProcessGroup::signalAll(int signal)
 
 void ProcessGroup::stop(int graceMs)
 {
+    if (isGone())
+        return;
     QElapsedTimer timer;
     timer.start();
     if (graceMs > 0)
         signalAll(SIGTERM);
-    while (timer.elapsed() < graceMs && !members().isEmpty())
+    waitForEnd(graceMs);
+    while (timer.elapsed() < graceMs && !isGone())
         QThread::msleep(stepMs);
     // One that starts others while it is killed needs another round.
-    for (int round = 0; round < 10 && !members().isEmpty(); ++round) {
+    for (int round = 0; round < 10 && !isGone(); ++round) {
         signalAll(SIGKILL);
         waitForEnd(stepMs);
     }

@@ -38,6 +38,8 @@ public:
 
     int pid() const { return m_pid; }
     bool isRunning();
+    /** Whether no process of the group is left. */
+    bool isGone();
     /** Waits for the end of the first process. */
     bool waitForEnd(int timeoutMs);
     /** "exited with status 3", "was killed by signal 9 (Killed)"; empty while it runs. */
@@ -65,6 +67,7 @@ private:
     QString m_folder;
     QByteArray m_mark;
     std::optional<int> m_status;
+    bool m_isGone = false;
     qint64 m_read[2] = {0, 0};
 };
 
