@@ -10,22 +10,20 @@
  *   beyond the same request from C++. Appearing: `late_ms` after the object appeared.
  *
  * Times are processor time of this thread where nothing waits, so that other processes do not count.
- * Everything shares one processor: see the benchmark of the object model.
  */
 #include "api_world.h"
+#include "support/oneprocessor.h"
 
 #include "objectmodel/inspector.h"
 
 #include <benchmark/benchmark.h>
 
-#include <QElapsedTimer>
-
-#include <sched.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <string>
 #include <vector>
 
 namespace {
@@ -245,14 +243,7 @@ BENCHMARK(propertyRead)->Name("PropertyRead")->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    cpu_set_t first;
-    CPU_ZERO(&first);
-    CPU_SET(0, &first);
-    sched_setaffinity(0, sizeof first, &first);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    const bool isRun = runBenchmarksOnOneProcessor(argc, argv);
     ApiWorld::end();
-    return 0;
+    return isRun ? 0 : 1;
 }

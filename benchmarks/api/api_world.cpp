@@ -2,26 +2,24 @@
 
 #include "objectmodel/inspector.h"
 
-#include <utility>
-
 using namespace Torvix;
 
 namespace {
 
-ApiWorld* world = nullptr;
+std::unique_ptr<ApiWorld> world;
 
 } // namespace
 
 ApiWorld& ApiWorld::self()
 {
     if (!world)
-        world = new ApiWorld;
+        world.reset(new ApiWorld);
     return *world;
 }
 
 void ApiWorld::end()
 {
-    delete std::exchange(world, nullptr);
+    world.reset();
 }
 
 ApiWorld::ApiWorld()

@@ -18,6 +18,9 @@ public:
     static ApiWorld& self();
     /** Ends the application; the world is not used afterwards. */
     static void end();
+    ~ApiWorld();
+    ApiWorld(const ApiWorld&) = delete;
+    ApiWorld& operator=(const ApiWorld&) = delete;
 
     /** Runs script text; ends the program with its error when it fails. */
     void run(const QString& code);
@@ -38,7 +41,6 @@ public:
 
 private:
     ApiWorld();
-    ~ApiWorld();
     void startTarget();
 
     QTemporaryDir m_folder;

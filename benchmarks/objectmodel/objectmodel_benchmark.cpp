@@ -6,11 +6,9 @@
  *   60 ms for the larger, and `times_smaller` about 10.
  * - Appearance waits for an object that appears 50 ms after it was asked for; `late_ms` is the median
  *   of what it took beyond that, at most 5.
- *
- * All processes share one processor: a wake-up of an idle one costs more than everything that is
- * measured here, and the scheduler would spare it now the one, now the other side of a ratio.
  */
 #include "echo.h"
+#include "support/oneprocessor.h"
 
 #include "objectmodel/inspector.h"
 #include "objectmodel/launcher.h"
@@ -18,8 +16,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QElapsedTimer>
-
-#include <sched.h>
 
 #include <algorithm>
 
@@ -171,14 +167,7 @@ BENCHMARK(appearance)->Name("Appearance")->Iterations(41)->Unit(benchmark::kMill
 
 int main(int argc, char** argv)
 {
-    cpu_set_t first;
-    CPU_ZERO(&first);
-    CPU_SET(0, &first);
-    sched_setaffinity(0, sizeof first, &first);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    const bool isRun = runBenchmarksOnOneProcessor(argc, argv);
     Target::stop();
-    return 0;
+    return isRun ? 0 : 1;
 }

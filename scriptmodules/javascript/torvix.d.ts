@@ -94,7 +94,7 @@ interface TestFunctions {
     compare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
     /** Expects them not to be equal. */
     xcompare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
-    /** Passes when the code throws. */
+    /** Passes when the code, which sees global names only, throws. */
     exception(code: string, message?: string, detail?: string): boolean;
     pass(message: string, detail?: string): void;
     /** A pass that should not be: fails the test case. */
@@ -340,7 +340,8 @@ declare function waitForObjectExists(name: ObjectName, timeoutMs?: number): Appl
 /** Waits for an item: by the texts that lead to it, with dots between, or by row and column. */
 declare function waitForObjectItem(container: ObjectName, item: string, timeoutMs?: number): ApplicationObject;
 declare function waitForObjectItem(container: ObjectName, row: number, column: number, timeoutMs?: number): ApplicationObject;
-/** Polls until the function, or the code in a text, gives a true value; false when the time is over. */
+/** Polls until the function, or the code in a text, gives a true value; false when the time is over.
+ *  Such code sees global names only. */
 declare function waitFor(condition: (() => unknown) | string, timeoutMs?: number): boolean;
 /** The name that finds the object. */
 declare function objectName(object: ApplicationObject): string;
