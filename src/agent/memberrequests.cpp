@@ -35,7 +35,7 @@ const Member& memberAt(const std::vector<Member>& members, int index, const Agen
 /** `this` of a call; a copy, so that the object may be released or destroyed meanwhile. */
 Value selfOf(Session& session, qint64 object)
 {
-    return object ? session.objects().at(object) : Value();
+    return object ? session.objects().usableAt(object) : Value();
 }
 
 /** Gives a value that a method has changed back to its reference. */
@@ -143,7 +143,7 @@ void registerMemberRequests(Dispatcher& dispatcher)
             isSame(fromWire(request.first, session.objects()), fromWire(request.second, session.objects()))};
     });
     dispatcher.on<ToText>([](Session& session, const ToText& request) {
-        return TextReply{session.objects().at(request.object).toText()};
+        return TextReply{session.objects().usableAt(request.object).toText()};
     });
     dispatcher.on<Release>([](Session& session, const Release& request) {
         for (const ReleasedRef& released : request.objects)

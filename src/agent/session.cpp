@@ -3,6 +3,7 @@
 #include "agent/dispatcher.h"
 #include "protocol/token.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDir>
 #include <QLoggingCategory>
@@ -25,7 +26,8 @@ Session::Session(std::unique_ptr<Channel> channel, Dispatcher& dispatcher, Greet
     , m_token(std::move(token))
     , m_objects([this](qint64 id) {
         m_destroyed.append(id);
-        if (!m_destroyedTimer.isActive())
+        // The application object goes when there is no event loop, and no timer, any more.
+        if (!m_destroyedTimer.isActive() && QAbstractEventDispatcher::instance())
             m_destroyedTimer.start();
     })
 {
