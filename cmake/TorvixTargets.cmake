@@ -68,12 +68,12 @@ function(torvix_script_modules language)
   endforeach()
 endfunction()
 
-# torvix_test(NAME LABEL unit|script|e2e [MOC] [OWN_MAIN] [TIMEOUT seconds] SOURCES ...
+# torvix_test(NAME LABEL unit|script|e2e [MOC] [OWN_MAIN] [TIMEOUT seconds] [PREFIX text] SOURCES ...
 #             [PRIVATE libs...] [ENVIRONMENT NAME=value...])
 # A GoogleTest program; each of its cases becomes a CTest test of its own, with the label. It has
-# GoogleTest's main unless it brings one (OWN_MAIN).
+# GoogleTest's main unless it brings one (OWN_MAIN). The prefix is for cases that are in two programs.
 function(torvix_test name)
-  cmake_parse_arguments(ARG "MOC;OWN_MAIN" "LABEL;TIMEOUT" "SOURCES;PRIVATE;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "MOC;OWN_MAIN" "LABEL;TIMEOUT;PREFIX" "SOURCES;PRIVATE;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -93,7 +93,7 @@ function(torvix_test name)
                                              TORVIX_TEST_BINARY_DIR="${CMAKE_BINARY_DIR}")
   _torvix_test_headers()
   target_precompile_headers(${name} REUSE_FROM torvix_test_headers)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${ARG_PREFIX}"
                        PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
   _torvix_sanitizer_environment(${name} sanitizers)
   _torvix_test_environment(${name} ${ARG_ENVIRONMENT} ${sanitizers})

@@ -4,6 +4,7 @@
 #include "agent/convert.h"
 #include "agent/error.h"
 #include "agent/globalclass.h"
+#include "agent/graphics.h"
 #include "agent/inputqueue.h"
 #include "agent/itemactions.h"
 #include "agent/items.h"
@@ -18,8 +19,10 @@
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QGraphicsView>
 #include <QTabBar>
 #include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
@@ -72,7 +75,10 @@ void bringIntoView(const Value& target)
 {
     if (target.typeName == "QModelIndex")
         showIndex(target.data.toModelIndex());
-    else if (target.isPointer() && !target.isObject())
+    else if (const QGraphicsItem* item = Graphics::itemOf(target)) {
+        if (QGraphicsView* view = Graphics::viewOf(item))
+            view->ensureVisible(item, 0, 0);
+    } else if (target.isPointer() && !target.isObject())
         showWidgetItem(target);
 }
 
@@ -103,6 +109,11 @@ void mouseWheel(const Arguments& arguments)
 
 void typeText(const Arguments& arguments)
 {
+    if (auto* window = qobject_cast<QWindow*>(arguments.target().object())) {
+        Input::focus(window);
+        Input::type(arguments.text("text"));
+        return;
+    }
     QWidget* widget = widgetTarget(arguments);
     if (QWidget* modal = Input::blockerOf(widget))
         throw Error(QStringLiteral("%1 gets no keys while the modal window %2 is open")
@@ -215,7 +226,8 @@ const Action actions[] = {
 };
 
 const char* const targetTypes[] = {"QObject*",         "QModelIndex",      "QTableWidgetItem*",
-                                   "QTreeWidgetItem*", "QListWidgetItem*", "TabItem"};
+                                   "QTreeWidgetItem*", "QListWidgetItem*", "QGraphicsItem*",
+                                   "TabItem"};
 
 std::vector<ArgumentInfo> readForm(const char* form)
 {

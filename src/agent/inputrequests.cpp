@@ -14,6 +14,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
@@ -39,11 +40,12 @@ Input::Place placeOf(Session& session, const MouseAction& request)
     if (request.flags & MouseHasObject)
         return Input::placeIn(session.objects().at(request.object), hasPosition ? &position : nullptr);
     const QPoint global = hasPosition ? position : Input::pointerPosition();
-    auto* widget = qobject_cast<QWidget*>(objectAt(global));
-    if (!widget)
+    QObject* object = objectAt(global);
+    if (!object)
         throw Error(QStringLiteral("there is no widget at %1, %2").arg(global.x()).arg(global.y()));
-    const QPoint local = widget->mapFromGlobal(global);
-    return Input::placeIn(Value::ofObject(widget), &local);
+    const QPoint local = object->isWidgetType() ? static_cast<QWidget*>(object)->mapFromGlobal(global)
+                                                : static_cast<QWindow*>(object)->mapFromGlobal(global);
+    return Input::placeIn(Value::ofObject(object), &local);
 }
 
 void mouseAction(Session& session, const MouseAction& request, const Responder& responder)

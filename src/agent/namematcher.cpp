@@ -176,7 +176,7 @@ bool NameMatcher::propertyHolds(Condition& condition, QObject* object)
 
 bool NameMatcher::ancestorHolds(Condition& condition, QObject* object)
 {
-    QObject* parent = object->parent();
+    QObject* parent = parentOf(object);
     if (!parent)
         return false;
     const auto known = condition.known.constFind(parent);

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QGraphicsObject>
 #include <QWidget>
 #include <QWindow>
 
@@ -12,7 +13,7 @@ QList<QObject*> topLevelObjects()
     QList<QObject*> roots;
     if (qobject_cast<QApplication*>(QCoreApplication::instance())) {
         for (QWidget* widget : QApplication::topLevelWidgets())
-            if (!widget->parent())
+            if (!widget->parent() && !widget->graphicsProxyWidget())
                 roots.append(widget);
     }
     for (QWindow* window : QGuiApplication::topLevelWindows())
@@ -23,9 +24,20 @@ QList<QObject*> topLevelObjects()
     return roots;
 }
 
+QObject* parentOf(QObject* object)
+{
+    QObject* parent = object->parent();
+    return parent ? parent : Graphics::adoptingParent(object);
+}
+
+QObjectList childrenOf(QObject* object)
+{
+    return object->children() + Graphics::adoptedChildren().values(object);
+}
+
 QWidget* nearestWidget(QObject* object)
 {
-    for (QObject* at = object; at; at = at->parent())
+    for (QObject* at = object; at; at = parentOf(at))
         if (at->isWidgetType())
             return static_cast<QWidget*>(at);
     return nullptr;
@@ -45,6 +57,8 @@ bool isVisible(const QObject* object)
         return static_cast<const QWindow*>(object)->isVisible();
     if (const auto* action = qobject_cast<const QAction*>(object))
         return action->isVisible();
+    if (const auto* item = qobject_cast<const QGraphicsObject*>(object))
+        return item->isVisible();
     return false;
 }
 

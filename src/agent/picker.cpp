@@ -3,9 +3,11 @@
 #include "agent/screen.h"
 #include "agent/wire.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
 #include <QMouseEvent>
+#include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
@@ -23,6 +25,20 @@ void Picker::set(const std::shared_ptr<Session>& session)
         QCoreApplication::instance()->installEventFilter(this);
 }
 
+/**
+ * What is under the pointer, by the place in the window that got the event: on the screen the window
+ * may be on its way to somewhere else, with a window manager that has just found a place for it.
+ */
+static QObject* objectUnder(QObject* window, const QMouseEvent* event)
+{
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->windowHandle() == window && top->rect().contains(event->pos())) {
+            QWidget* child = top->childAt(event->pos());
+            return child ? child : top;
+        }
+    return objectAt(event->globalPos());
+}
+
 bool Picker::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isPress =
@@ -35,7 +51,7 @@ bool Picker::eventFilter(QObject* watched, QEvent* event)
     if (!isPress || m_session.expired())
         return false;
     m_swallowRelease = true;
-    QObject* at = objectAt(static_cast<QMouseEvent*>(event)->globalPos());
+    QObject* at = objectUnder(watched, static_cast<QMouseEvent*>(event));
     pick(at ? at : watched);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "agent/screen.h"
 
 #include "agent/error.h"
+#include "agent/graphics.h"
 #include "agent/items.h"
 #include "agent/namematcher.h"
 #include "agent/objecttree.h"
@@ -9,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
+#include <QGraphicsView>
 #include <QLayout>
 #include <QListWidget>
 #include <QMenu>
@@ -61,7 +63,7 @@ QAbstractItemView* viewOf(const QModelIndex& index)
     return found;
 }
 
-QWidget* viewportOf(QAbstractItemView* view, const QRect& rect, QRect* part)
+QWidget* viewportOf(QAbstractScrollArea* view, const QRect& rect, QRect* part)
 {
     if (!view)
         return nullptr;
@@ -157,6 +159,9 @@ QWidget* widgetOf(const Value& target, QRect* part)
     } else if (auto* layout = qobject_cast<QLayout*>(object)) {
         widget = layout->parentWidget();
         *part = layout->geometry();
+    } else if (const QGraphicsItem* item = Graphics::itemOf(target)) {
+        QGraphicsView* view = item->isVisible() ? Graphics::viewOf(item) : nullptr;
+        widget = view ? viewportOf(view, Graphics::rectInView(view, item), part) : nullptr;
     } else if (target.typeName == "TabItem") {
         const auto tab = target.data.value<TabItem>();
         widget = tab.bar;
@@ -193,6 +198,8 @@ QByteArray screenshot(const Value& target, Protocol::ScreenshotArea area)
 {
     if (area == Protocol::ScreenshotArea::Screen)
         return toPng(screenImage());
+    if (const auto* window = qobject_cast<QWindow*>(target.object()))
+        return toPng(window->screen()->grabWindow(window->winId()).toImage());
     QRect part;
     QWidget* widget = widgetOf(target, &part);
     if (area == Protocol::ScreenshotArea::Window)

@@ -1,17 +1,23 @@
 #include "agent/synthesizer.h"
 
 #include "agent/error.h"
+#include "agent/graphics.h"
 #include "agent/inputqueue.h"
 #include "agent/keytext.h"
 #include "agent/namematcher.h"
 #include "agent/screen.h"
 
 #include <QApplication>
+#include <QCursor>
+#include <QDrag>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsView>
 #include <QScrollArea>
 #include <QWindow>
 #include <qpa/qwindowsysteminterface.h>
 
 #include <private/qhighdpiscaling_p.h>
+#include <qpa/qwindowsysteminterface_p.h>
 
 namespace Torvix::Agent::Input {
 
@@ -31,24 +37,61 @@ Pointer& pointer()
     return state;
 }
 
+/** Null for a widget that has not been shown yet. */
 QWindow* windowFor(QWidget* widget)
 {
+    // A widget in a scene gets its input through the view.
+    if (const QGraphicsView* view = Graphics::viewAround(widget))
+        return windowFor(view->viewport());
     if (QWidget* native = widget->nativeParentWidget())
         if (native->windowHandle())
             return native->windowHandle();
     return widget->window()->windowHandle();
 }
 
+/** The window, null when it has been closed by an earlier step, as a popup is. */
+QWindow* windowAt(const Place& place, QPoint* global)
+{
+    if (place.window) {
+        *global = place.window->mapToGlobal(place.position);
+        return place.window;
+    }
+    QWidget* widget = place.widget;
+    QWindow* window = widget ? windowFor(widget) : nullptr;
+    if (widget && !window)
+        throw Error(QStringLiteral("%1 has no window").arg(describeObject(widget)));
+    if (widget)
+        *global = widget->mapToGlobal(place.position);
+    return window;
+}
+
+/**
+ * Many an application asks where the pointer is instead of looking at its event. On a display that is
+ * a person's pointer too: it really moves, and while a button is down it is left alone, since the
+ * display knows of no button and would say so. True when the display will send events for it.
+ */
+bool moveCursor(const QPoint& global)
+{
+    const bool isDisplay = QGuiApplication::platformName() == QLatin1String("xcb");
+    if ((isDisplay && pointer().buttons != Qt::NoButton) || QCursor::pos() == global)
+        return false;
+    if (isDisplay) {
+        QCursor::setPos(global);
+        return true;
+    }
+    // Others make up events for it, which ours are meant to be.
+    QWindowSystemInterface::flushWindowSystemEvents();
+    QCursor::setPos(global);
+    QWindowSystemInterfacePrivate::windowSystemEventQueue.clear();
+    return false;
+}
+
 void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    QWidget* widget = place.widget;
-    if (!widget)
-        return; // closed by an earlier step, as a popup is
-    QWindow* window = windowFor(widget);
-    if (!window)
-        throw Error(QStringLiteral("%1 has no window").arg(describeObject(widget)));
     Pointer& state = pointer();
-    state.global = widget->mapToGlobal(place.position);
+    QWindow* window = windowAt(place, &state.global);
+    if (!window)
+        return;
     if (type == QEvent::MouseButtonPress)
         state.buttons |= button;
     else if (type == QEvent::MouseButtonRelease)
@@ -60,9 +103,58 @@ void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt
         window, ++state.timestamp, local, global, state.buttons, button, type, modifiers);
 }
 
+/** A drag that the application began and that ended at once: the release would drop nothing anywhere. */
+void refuseLostDrag(const Place& place)
+{
+    if (pointer().buttons == Qt::NoButton || !place.widget ||
+        QGuiApplication::platformName() != QLatin1String("offscreen"))
+        return;
+    // It is deleted when the event loop goes on.
+    if (!place.widget->window()->findChild<QDrag*>())
+        return;
+    sendMouse(place, QEvent::MouseButtonRelease, Qt::LeftButton, {});
+    throw Error(QStringLiteral("the platform 'offscreen' has no drag and drop; start the application on "
+                               "an X display (QT_QPA_PLATFORM=xcb, for example with Xvfb)"));
+}
+
+/** Turns after which a window that does not become active gets its input all the same. */
+constexpr int longestActivation = 40;
+
+/**
+ * A window manager makes the window active that is clicked, and one of a new application before; what
+ * does not come from the display does not go by it. Without one nobody else does it at all.
+ */
+bool wantsActivation(const QWindow* window, QEvent::Type type)
+{
+    const bool isPress = type == QEvent::MouseButtonPress;
+    if (!isPress && (type != QEvent::MouseMove || QGuiApplication::focusWindow()))
+        return false;
+    const Qt::WindowType kind = window->type();
+    return !window->isActive() && !QApplication::activePopupWidget() && kind != Qt::Popup &&
+           kind != Qt::ToolTip && kind != Qt::SubWindow &&
+           !(window->flags() & (Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput));
+}
+
 void postMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    InputQueue::instance().postOnce([=] { sendMouse(place, type, button, modifiers); });
+    InputQueue::instance().post([=, turns = 0, hasMoved = false]() mutable {
+        QPoint global;
+        QWindow* window = windowAt(place, &global);
+        if (!window)
+            return InputQueue::Step::Done;
+        if (wantsActivation(window, type) && turns < longestActivation) {
+            if (turns++ == 0)
+                window->requestActivate();
+            return InputQueue::Step::Again;
+        }
+        // The events of the display first, so that none comes between a press and its release.
+        if (!std::exchange(hasMoved, true) && moveCursor(global))
+            return InputQueue::Step::Again;
+        sendMouse(place, type, button, modifiers);
+        if (type == QEvent::MouseMove)
+            refuseLostDrag(place);
+        return InputQueue::Step::Done;
+    });
 }
 
 /** Puts enough time between this and the last press that they are two. */
@@ -74,6 +166,11 @@ void separateClicks()
 
 void scrollIntoView(QWidget* widget, const QPoint& position)
 {
+    if (QGraphicsView* view = Graphics::viewAround(widget)) {
+        const QGraphicsProxyWidget* proxy = widget->window()->graphicsProxyWidget();
+        const QPointF inside = widget->mapTo(widget->window(), position);
+        view->ensureVisible(QRectF(proxy->mapToScene(inside), QSizeF(1, 1)), 5, 5);
+    }
     for (QWidget* at = widget->parentWidget(); at; at = at->parentWidget()) {
         auto* area = qobject_cast<QScrollArea*>(at);
         if (!area || !area->widget() || !area->widget()->isAncestorOf(widget))
@@ -129,8 +226,18 @@ QWidget* blockerOf(QWidget* widget)
     return modal;
 }
 
+static Place placeInWindow(QWindow* window, const QPoint* position)
+{
+    if (!window->isVisible())
+        throw Error(QStringLiteral("%1 is not visible").arg(describeObject(window)));
+    const QPoint center(window->width() / 2, window->height() / 2);
+    return {nullptr, position ? *position : center, window};
+}
+
 Place placeIn(const Value& target, const QPoint* position)
 {
+    if (auto* window = qobject_cast<QWindow*>(target.object()))
+        return placeInWindow(window, position);
     QRect part;
     QWidget* widget = widgetOf(target, &part);
     if (!widget->isVisible())
@@ -182,19 +289,18 @@ void drag(const Place& place, const QPoint& by, Qt::MouseButton button, Qt::Keyb
     // Past the distance at which a drag starts, then on in several moves as a hand makes them.
     constexpr int moves = 10;
     for (int i = 1; i <= moves; ++i)
-        mouseMove({place.widget, place.position + by * i / moves}, modifiers);
-    mouseRelease({place.widget, place.position + by}, button, modifiers);
+        mouseMove({place.widget, place.position + by * i / moves, place.window}, modifiers);
+    mouseRelease({place.widget, place.position + by, place.window}, button, modifiers);
 }
 
 void wheel(const Place& place, const QPoint& steps, Qt::KeyboardModifiers modifiers)
 {
     mouseMove(place, modifiers);
     InputQueue::instance().postOnce([=] {
-        QWidget* widget = place.widget;
-        QWindow* window = widget ? windowFor(widget) : nullptr;
+        QPoint global;
+        QWindow* window = windowAt(place, &global);
         if (!window)
             return;
-        const QPoint global = widget->mapToGlobal(place.position);
         const QPointF local = QHighDpi::toNativeLocalPosition(QPointF(window->mapFromGlobal(global)), window);
         QWindowSystemInterface::handleWheelEvent(window, local,
                                                  QHighDpi::toNativePixels(QPointF(global), window), QPoint(),
@@ -209,10 +315,25 @@ void focus(QWidget* widget)
         if (!guard || guard->hasFocus() || guard->isAncestorOf(QApplication::focusWidget()))
             return InputQueue::Step::Done;
         if (turns++ == 0) {
+            if (QGraphicsView* view = Graphics::viewAround(guard)) {
+                view->window()->activateWindow();
+                view->setFocus(Qt::MouseFocusReason);
+            }
             guard->window()->activateWindow();
             guard->setFocus(Qt::MouseFocusReason);
         }
         // Without a window manager no window may ever become active; the keys then go there all the same.
+        return turns < 40 ? InputQueue::Step::Again : InputQueue::Step::Done;
+    });
+}
+
+void focus(QWindow* window)
+{
+    InputQueue::instance().post([guard = QPointer<QWindow>(window), turns = 0]() mutable {
+        if (!guard || guard->isActive())
+            return InputQueue::Step::Done;
+        if (turns++ == 0)
+            guard->requestActivate();
         return turns < 40 ? InputQueue::Step::Again : InputQueue::Step::Done;
     });
 }

@@ -19,11 +19,12 @@ namespace Torvix::Agent {
  */
 namespace Input {
 
-/** Where a mouse action goes: a widget and a place in it. */
+/** Where a mouse action goes: a widget, or a window without widgets, and a place in it. */
 struct Place
 {
     QPointer<QWidget> widget;
     QPoint position;
+    QPointer<QWindow> window = nullptr;
 };
 
 /**
@@ -56,6 +57,9 @@ void closeWindow(QWidget* window);
 
 /** The modal window that shuts `widget` off from input; null when none does. */
 QWidget* blockerOf(QWidget* widget);
+
+/** Gives the keyboard focus to a window without widgets. */
+void focus(QWindow* window);
 
 /** Where the pointer was put last, and what is pressed. */
 QPoint pointerPosition();

@@ -46,10 +46,10 @@ void registerTreeRequests(Dispatcher& dispatcher)
         return NameReply{realNameOf(session.objects().objectAt(request.object))};
     });
     dispatcher.on<Children>([](Session& session, const Children& request) {
-        return referToAll(session.objects().objectAt(request.object)->children(), session);
+        return referToAll(childrenOf(session.objects().objectAt(request.object)), session);
     });
     dispatcher.on<Parent>([](Session& session, const Parent& request) {
-        return ObjectReply{referTo(session.objects().objectAt(request.object)->parent(), session)};
+        return ObjectReply{referTo(parentOf(session.objects().objectAt(request.object)), session)};
     });
     dispatcher.on<TopLevels>(
         [](Session& session, const TopLevels&) { return referToAll(topLevelObjects(), session); });

@@ -18,7 +18,8 @@ protected:
     void startTarget(const QByteArray& token)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(utf8("QT_QPA_PLATFORM"), utf8("offscreen"));
+        environment.insert(utf8("QT_QPA_PLATFORM"),
+                           environment.value(utf8("TORVIX_TEST_PLATFORM"), utf8("offscreen")));
         environment.insert(utf8("QT_QPA_GENERIC_PLUGINS"), utf8("torvixagent"));
         environment.insert(utf8("QT_PLUGIN_PATH"), utf8(TORVIX_TEST_BINARY_DIR "/lib/qt5/plugins"));
         environment.insert(utf8("TORVIX_AGENT_LISTEN"), address);

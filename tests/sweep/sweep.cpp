@@ -239,7 +239,9 @@ void Sweep::end()
 
 void Sweep::askToQuit()
 {
-    const SharedPtr<Object> root = Inspector::self()->findObject(QStringLiteral("{type~='Q.*Application'}"));
+    // The application object is the last of them.
+    const ObjectList roots = Inspector::self()->topLevelObjects();
+    const SharedPtr<Object> root = roots.isEmpty() ? nullptr : roots.last();
     const auto quits = root ? root->objectClass()->methods(QStringLiteral("quit")) : QVector<const Method*>();
     if (!quits.isEmpty())
         quits.first()->invoke(root, {});
