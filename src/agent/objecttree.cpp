@@ -6,7 +6,33 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace Torvix::Agent {
+
+/**
+ * Qt keeps widgets in no order at all, and an `occurrence` is to mean the same window tomorrow. Their
+ * native windows are in the order in which they were first shown; those never shown come after.
+ */
+static void sortByAge(QList<QObject*>& widgets)
+{
+    if (widgets.size() < 2)
+        return;
+    const QWindowList windows = QGuiApplication::allWindows();
+    const auto age = [&](const QObject* object) {
+        const int index = windows.indexOf(static_cast<const QWidget*>(object)->windowHandle());
+        return index < 0 ? windows.size() : index;
+    };
+    const auto isBefore = [&](const QObject* a, const QObject* b) {
+        const int ageA = age(a);
+        const int ageB = age(b);
+        if (ageA != ageB)
+            return ageA < ageB;
+        const int byClass = qstrcmp(a->metaObject()->className(), b->metaObject()->className());
+        return byClass != 0 ? byClass < 0 : a->objectName() < b->objectName();
+    };
+    std::stable_sort(widgets.begin(), widgets.end(), isBefore);
+}
 
 QList<QObject*> topLevelObjects()
 {
@@ -15,6 +41,7 @@ QList<QObject*> topLevelObjects()
         for (QWidget* widget : QApplication::topLevelWidgets())
             if (!widget->parent() && !widget->graphicsProxyWidget())
                 roots.append(widget);
+        sortByAge(roots);
     }
     for (QWindow* window : QGuiApplication::topLevelWindows())
         // The native windows behind widgets are no objects of their own to scripts.

@@ -23,6 +23,8 @@
 #include <QTreeWidget>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace Torvix::Agent {
 
 namespace {
@@ -97,8 +99,12 @@ QImage grab(QWidget* widget, const QRect& part)
     return widget->grab(part).toImage();
 }
 
-QByteArray toPng(const QImage& image)
+/** In the pixels of the device; how many of them are a pixel of the desktop stands in the file. */
+QByteArray toPng(QImage image)
 {
+    if (image.devicePixelRatio() != 1)
+        image.setText(QString::fromLatin1(Protocol::pixelRatioKey),
+                      QString::number(image.devicePixelRatio()));
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -107,18 +113,48 @@ QByteArray toPng(const QImage& image)
     return bytes;
 }
 
-QImage screenImage()
+/** How far in front a window is, as far as that is known without a display. */
+int layerOf(const QWidget* window)
 {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const QRect area = screen ? screen->geometry() : QRect(0, 0, 1, 1);
-    QImage image(area.size(), QImage::Format_RGB32);
+    if (window->windowType() == Qt::Popup || window->windowType() == Qt::ToolTip)
+        return 3;
+    if (window->isModal())
+        return 2;
+    return window->isActiveWindow() ? 1 : 0;
+}
+
+/** Composed from the windows, where the platform does not let a program see the screen. */
+QImage composedScreen(const QScreen* screen)
+{
+    const QRect area = screen->geometry();
+    QImage image(area.size() * screen->devicePixelRatio(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(screen->devicePixelRatio());
     image.fill(Qt::black);
     QPainter painter(&image);
-    // Composed from the windows, since not every platform lets a program see the screen.
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->isVisible())
-            painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
+    QList<QWidget*> windows;
+    visitAll([&](QObject* object) {
+        auto* widget = object->isWidgetType() ? static_cast<QWidget*>(object) : nullptr;
+        if (widget && widget->isWindow() && widget->isVisible() && !widget->graphicsProxyWidget())
+            windows.append(widget);
+        return true;
+    });
+    std::stable_sort(windows.begin(), windows.end(),
+                     [](const QWidget* a, const QWidget* b) { return layerOf(a) < layerOf(b); });
+    for (QWidget* window : qAsConst(windows))
+        painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
     return image;
+}
+
+QImage screenImage()
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return {};
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        constexpr int wholeScreen = 0;
+        return screen->grabWindow(wholeScreen).toImage();
+    }
+    return composedScreen(screen);
 }
 
 /** A red frame over a widget that lets all input through. */

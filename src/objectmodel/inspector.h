@@ -142,7 +142,10 @@ public:
     SharedPtr<Object> objectAt(int x, int y);
     /** In device-independent pixels of the screen; invalid on failure. */
     QRect globalBounds(const SharedPtr<Object>& object);
-    /** A PNG file; empty on failure. The object may be null for the whole screen. */
+    /**
+     * A PNG file in the pixels of the device (see Protocol::pixelRatioKey); empty on failure. The
+     * object may be null for the whole screen.
+     */
     QByteArray grabScreenshot(const SharedPtr<Object>& object,
                               Protocol::ScreenshotArea area = Protocol::ScreenshotArea::Object);
     bool highlight(const SharedPtr<Object>& object, int durationMs);

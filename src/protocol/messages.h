@@ -598,9 +598,12 @@ struct GlobalBounds
 
 enum class ScreenshotArea { Object = 0, Window = 1, Screen = 2, Last = Screen };
 
+/** Text in a PNG file: pixels of the device for one of the desktop; missing where that is 1. */
+constexpr char pixelRatioKey[] = "devicePixelRatio";
+
 struct ImageReply
 {
-    /** A PNG file. */
+    /** A PNG file in the pixels of the device, which on a scaled desktop are more than it has. */
     QByteArray png;
     TORVIX_WIRE_FIELDS(png)
 };
@@ -722,8 +725,9 @@ struct Ping : Empty
 };
 
 /**
- * Functions by name, for what has no request of its own: "addToObjectMap" (real name as text,
- * symbolic name) lets the recorder name objects; "classNames" lists the known classes.
+ * Functions by name, for what has no request of its own: "classNames" lists the known classes;
+ * "addToObjectMap" (real name as text, symbolic name) tells of a new entry of the runner's object map.
+ * The agent takes no notice of it: it names objects by real names only, also while it records.
  */
 struct RemoteCall
 {

@@ -96,8 +96,11 @@ QVector<QRect> ScreenSearch::findInView(ScriptContext* context)
     } else {
         places = findImage(m_view.image, m_wanted, m_tolerance);
     }
+    // On a scaled desktop a picture has more pixels than the desktop, on which one clicks.
+    const double ratio = m_view.image.devicePixelRatio();
     for (QRect& place : places)
-        place.translate(m_view.origin);
+        place = QRect((QPointF(place.topLeft()) / ratio).toPoint() + m_view.origin,
+                      (QSizeF(place.size()) / ratio).toSize());
     return places;
 }
 

@@ -216,3 +216,29 @@ TEST(AgentInput, showsBoundsPicturesAndWhatIsAtAPoint)
         target.client().request(GlobalBounds{target.get(target.byName(q("shapes")), q("item")).object.id}),
         RequestError);
 }
+
+/** Positions are those of the desktop, pictures have the pixels of the device. */
+TEST(AgentInput, clicksAndPicturesOnAScaledDesktop)
+{
+    for (const char* factor : {"1.5", "2"}) {
+        SCOPED_TRACE(factor);
+        Target target(Target::defaultProgram(), {},
+                      {{q("QT_SCALE_FACTOR"), q(factor)}, {q("QT_AUTO_SCREEN_SCALE_FACTOR"), q("1")}});
+        const auto pad = target.byName(q("pad"));
+        target.action(q("mouseClick"), {object(pad), Value::ofInt(31), Value::ofInt(14)});
+        target.action(q("mouseDrag"),
+                      {object(pad), Value::ofInt(5), Value::ofInt(5), Value::ofInt(90), Value::ofInt(30)});
+        const QStringList seen = target.get(pad, q("seen")).text.split(QLatin1Char('\n'));
+        EXPECT_TRUE(seen.contains(q("press 1 0 31,14"))) << seen.join(q("|")).toStdString();
+        EXPECT_EQ(seen.last(), q("release 1 0 95,35"));
+        const auto count = target.byName(q("count"));
+        const RectReply bounds = target.client().request(GlobalBounds{count.id});
+        EXPECT_EQ(target.client().request(ObjectAt{bounds.x + 3, bounds.y + 3}).object.id, count.id);
+        const auto size = [&](ScreenshotArea area) {
+            return QImage::fromData(target.client().request(Screenshot{count.id, area}).png).size();
+        };
+        const double ratio = q(factor).toDouble();
+        EXPECT_EQ(size(ScreenshotArea::Object), (QSizeF(bounds.width, bounds.height) * ratio).toSize());
+        EXPECT_GE(size(ScreenshotArea::Screen).width(), 800) << "all of the device";
+    }
+}

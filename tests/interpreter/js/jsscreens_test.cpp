@@ -80,6 +80,37 @@ TEST_F(JsScreensTest, PicturesAreFoundWhereTheyAre)
               "TypeError: The option 'tolerance' has to be a whole number from 0 to 255, not '256'");
 }
 
+/** The same on a desktop that is scaled. */
+class JsScaledScreensTest : public JsScreensTest, public testing::WithParamInterface<const char*>
+{
+protected:
+    void SetUp() override
+    {
+        qputenv("QT_SCALE_FACTOR", GetParam());
+        JsScreensTest::SetUp();
+        qunsetenv("QT_SCALE_FACTOR");
+    }
+};
+
+TEST_P(JsScaledScreensTest, PicturesAreFoundWhereOneClicks)
+{
+    const double factor = QByteArray(GetParam()).toDouble();
+    ASSERT_TRUE(run("saveDesktopScreenshot('screen.png'); object.grabScreenshot(button, 'snapshot.png');"
+                    "var b = object.globalBounds(button)"));
+    const QRectF bounds(text("b.x").toDouble(), text("b.y").toDouble(), text("b.width").toDouble(),
+                        text("b.height").toDouble());
+    const QRect cut(bounds.topLeft().toPoint() * factor, (bounds.size() * factor).toSize());
+    EXPECT_EQ(QImage(directory.filePath("snapshot.png")).size(), cut.size()) << "sharp";
+    ASSERT_TRUE(QImage(directory.filePath("screen.png")).copy(cut).save(directory.filePath("button.png")));
+    for (const char* found : {"findImage('button.png')", "findImage('snapshot.png', {object: button})"})
+        for (const char* side : {"x", "y", "width", "height"})
+            EXPECT_LE(text(QString("Math.abs(%1.%2 - b.%2)").arg(found, side)).toDouble(), 1)
+                << found << side;
+}
+
+INSTANTIATE_TEST_SUITE_P(Factors, JsScaledScreensTest, testing::Values("1.5", "2"),
+                         [](const auto& info) { return "By" + std::to_string(info.index + 1); });
+
 TEST_F(JsScreensTest, TextIsReadFromTheScreen)
 {
     if (QStandardPaths::findExecutable("tesseract").isEmpty()) {
