@@ -84,6 +84,12 @@ const ClassInfo* Registry::byId(int id) const
     return index >= 0 && index < int(m_classes.size()) ? m_classes[std::size_t(index)].get() : nullptr;
 }
 
+const QMetaObject* Registry::knownMetaObject(const QByteArray& name) const
+{
+    const ClassInfo* known = m_byName.value(name);
+    return known ? known->metaObject : nullptr;
+}
+
 bool Registry::inherits(const QByteArray& derived, const QByteArray& base)
 {
     if (derived == base)

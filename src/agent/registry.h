@@ -29,6 +29,8 @@ public:
     /** Null when the name is unknown; application classes are known once a meta-object of theirs is. */
     const ClassInfo* byName(const QByteArray& name);
     const ClassInfo* byId(int id) const;
+    /** Of a class that is known already; does not look any further. */
+    const QMetaObject* knownMetaObject(const QByteArray& name) const;
     const ClassInfo& ofMetaObject(const QMetaObject* metaObject);
 
     /** True when `derived` is `base` or inherits it, over meta-objects and registered bases. */

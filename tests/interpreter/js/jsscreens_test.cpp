@@ -109,7 +109,12 @@ TEST_P(JsScaledScreensTest, PicturesAreFoundWhereOneClicks)
 }
 
 INSTANTIATE_TEST_SUITE_P(Factors, JsScaledScreensTest, testing::Values("1.5", "2"),
-                         [](const auto& info) { return "By" + std::to_string(info.index + 1); });
+                         [](const auto& each) { return "By" + std::to_string(each.index + 1); });
+
+TEST_F(JsScreensTest, ANamespaceWithEnumsHasItsClassesToo)
+{
+    EXPECT_EQ(text("[Shop.Paid, Shop.Item.Pen, Shop.Nothing, Qt.LeftButton, Qt.Nothing].join()"), "4,1,,1,");
+}
 
 TEST_F(JsScreensTest, TextIsReadFromTheScreen)
 {
