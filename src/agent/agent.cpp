@@ -1,6 +1,7 @@
 #include "agent/agent.h"
 
 #include "agent/listener.h"
+#include "protocol/applicationmessages.h"
 #include "protocol/token.h"
 
 #include <QCoreApplication>

@@ -5,6 +5,7 @@
 #include "agent/registry.h"
 #include "agent/requests.h"
 #include "agent/wire.h"
+#include "protocol/classmessages.h"
 
 namespace Torvix::Agent {
 

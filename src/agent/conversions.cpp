@@ -3,6 +3,7 @@
 #include "agent/convert.h"
 #include "agent/error.h"
 #include "agent/registry.h"
+#include "protocol/message.h"
 
 #include <QBrush>
 #include <QColor>

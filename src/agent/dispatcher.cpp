@@ -1,6 +1,7 @@
 #include "agent/dispatcher.h"
 
 #include "agent/error.h"
+#include "protocol/batchmessages.h"
 
 namespace Torvix::Agent {
 

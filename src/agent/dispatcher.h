@@ -1,7 +1,7 @@
 #pragma once
 
 #include "agent/session.h"
-#include "protocol/messages.h"
+#include "protocol/message.h"
 
 #include <QHash>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agent/session.h"
+#include "protocol/eventmessages.h"
 
 #include <QEvent>
 #include <QObject>

@@ -4,6 +4,9 @@
 #include "agent/recorder.h"
 #include "agent/registry.h"
 #include "agent/requests.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/usermessages.h"
 
 namespace Torvix::Agent {
 

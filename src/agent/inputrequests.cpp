@@ -10,6 +10,8 @@
 #include "agent/screen.h"
 #include "agent/synthesizer.h"
 #include "agent/wire.h"
+#include "protocol/eventmessages.h"
+#include "protocol/usermessages.h"
 
 #include <QCoreApplication>
 #include <QEvent>

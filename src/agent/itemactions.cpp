@@ -6,6 +6,7 @@
 #include "agent/namematcher.h"
 #include "agent/screen.h"
 #include "agent/synthesizer.h"
+#include "protocol/message.h"
 
 #include <QAbstractItemView>
 #include <QAction>

@@ -7,6 +7,7 @@
 #include "agent/requests.h"
 #include "agent/runningcalls.h"
 #include "agent/wire.h"
+#include "protocol/membermessages.h"
 
 namespace Torvix::Agent {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "protocol/messages.h"
+#include "protocol/namecondition.h"
 
 class QObject;
 

@@ -2,6 +2,7 @@
 
 #include "agent/error.h"
 #include "agent/itemguard.h"
+#include "protocol/message.h"
 
 #include <QThread>
 

@@ -2,6 +2,7 @@
 
 #include "agent/screen.h"
 #include "agent/wire.h"
+#include "protocol/usermessages.h"
 
 #include <QApplication>
 #include <QEvent>

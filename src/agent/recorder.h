@@ -1,6 +1,7 @@
 #pragma once
 
 #include "agent/session.h"
+#include "protocol/usermessages.h"
 
 #include <QElapsedTimer>
 #include <QObject>

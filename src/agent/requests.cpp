@@ -1,6 +1,7 @@
 #include "agent/requests.h"
 
 #include "agent/dispatcher.h"
+#include "protocol/applicationmessages.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,7 @@
 #include "agent/runningcalls.h"
 
 #include "agent/namematcher.h"
+#include "protocol/message.h"
 
 #include <QApplication>
 #include <QTimerEvent>

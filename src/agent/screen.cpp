@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
+#include <QGraphicsItem>
 #include <QGraphicsView>
 #include <QLayout>
 #include <QListWidget>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "agent/value.h"
-#include "protocol/messages.h"
+#include "protocol/screenmessages.h"
 
 #include <QRect>
 

@@ -1,6 +1,8 @@
 #include "agent/session.h"
 
 #include "agent/dispatcher.h"
+#include "protocol/greeting.h"
+#include "protocol/membermessages.h"
 #include "protocol/token.h"
 
 #include <QAbstractEventDispatcher>

@@ -2,7 +2,7 @@
 
 #include "agent/objecttable.h"
 #include "protocol/channel.h"
-#include "protocol/messages.h"
+#include "protocol/message.h"
 
 #include <QSocketNotifier>
 #include <QTimer>

@@ -6,6 +6,8 @@
 #include "agent/requests.h"
 #include "agent/screen.h"
 #include "agent/wire.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/screenmessages.h"
 
 namespace Torvix::Agent {
 

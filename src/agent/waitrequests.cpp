@@ -8,6 +8,7 @@
 #include "agent/synthesizer.h"
 #include "agent/waiter.h"
 #include "agent/wire.h"
+#include "protocol/waitmessages.h"
 
 #include <QAbstractItemView>
 #include <QAction>

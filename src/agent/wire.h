@@ -2,7 +2,7 @@
 
 #include "agent/classinfo.h"
 #include "agent/objecttable.h"
-#include "protocol/messages.h"
+#include "protocol/classmessages.h"
 
 namespace Torvix::Agent {
 

@@ -1,4 +1,5 @@
 #include "objectmodel/applicationmodel.h"
+#include "protocol/classmessages.h"
 
 #include "objectmodel/inspector.h"
 

@@ -1,6 +1,11 @@
 #include "objectmodel/applicationmodel.h"
 
 #include "objectmodel/inspector.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/usermessages.h"
+#include "protocol/waitmessages.h"
 
 #include <QScopedValueRollback>
 

@@ -2,6 +2,10 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/modellink.h"
+#include "protocol/batchmessages.h"
+#include "protocol/classmessages.h"
+#include "protocol/greeting.h"
+#include "protocol/membermessages.h"
 
 #include <QSet>
 
@@ -61,7 +65,7 @@ public:
     int callTimeout() const { return m_callTimeoutMs; }
 
     /**
-     * One request of protocol/messages.h. False on failure, with the inspector's last error set.
+     * One request (protocol/message.h lists them). False on failure, with the inspector's last error set.
      * Events for the listener that arrive meanwhile are delivered before it returns.
      * @param extraMs added to the call timeout, for requests that wait in the application
      */

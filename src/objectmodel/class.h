@@ -4,6 +4,7 @@
 #include "objectmodel/enum.h"
 #include "objectmodel/method.h"
 #include "objectmodel/property.h"
+#include "protocol/classmessages.h"
 
 #include <QHash>
 

@@ -1,5 +1,6 @@
 #include "objectmodel/classmembers.h"
 #include "objectmodel/inspector.h"
+#include "protocol/membermessages.h"
 
 namespace Torvix {
 

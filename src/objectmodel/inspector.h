@@ -5,6 +5,11 @@
 #include "objectmodel/containerclass.h"
 #include "objectmodel/namespace.h"
 #include "objectmodel/objectname.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/screenmessages.h"
+#include "protocol/usermessages.h"
+#include "protocol/waitmessages.h"
 
 #include <QRect>
 #include <QVariant>

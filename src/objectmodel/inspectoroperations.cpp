@@ -1,5 +1,6 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
+#include "protocol/lookupmessages.h"
 
 #include <QStringList>
 

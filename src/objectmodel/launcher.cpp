@@ -3,6 +3,7 @@
 #include "objectmodel/injection.h"
 #include "objectmodel/listensocket.h"
 #include "objectmodel/processgroup.h"
+#include "protocol/greeting.h"
 #include "protocol/token.h"
 
 #include <QDir>

@@ -1,4 +1,5 @@
 #include "objectmodel/localmodelstate.h"
+#include "protocol/membermessages.h"
 
 namespace Torvix {
 

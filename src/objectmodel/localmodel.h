@@ -1,6 +1,9 @@
 #pragma once
 
 #include "objectmodel/inspector.h"
+#include "protocol/classmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/greeting.h"
 
 #include <functional>
 

@@ -1,4 +1,9 @@
 #include "objectmodel/localmodelstate.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/classmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/waitmessages.h"
 
 namespace Torvix {
 

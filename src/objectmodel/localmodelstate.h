@@ -1,6 +1,11 @@
 #pragma once
 
 #include "objectmodel/localmodel.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/classmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/waitmessages.h"
 
 #include <deque>
 

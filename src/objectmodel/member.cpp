@@ -1,5 +1,6 @@
 #include "objectmodel/applicationmodel.h"
 #include "objectmodel/inspector.h"
+#include "protocol/membermessages.h"
 
 namespace Torvix {
 

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "objectmodel/export.h"
-#include "protocol/messages.h"
+#include "protocol/greeting.h"
+#include "protocol/message.h"
 
 #include <functional>
 

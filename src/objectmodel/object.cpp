@@ -2,6 +2,8 @@
 
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/membermessages.h"
 
 #include <QStringList>
 

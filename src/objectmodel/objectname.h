@@ -1,7 +1,7 @@
 #pragma once
 
 #include "objectmodel/propertyvalue.h"
-#include "protocol/messages.h"
+#include "protocol/namecondition.h"
 
 #include <QMap>
 

@@ -2,6 +2,8 @@
 
 #include "objectmodel/modellink.h"
 #include "protocol/channel.h"
+#include "protocol/greeting.h"
+#include "protocol/message.h"
 
 #include <deque>
 #include <map>

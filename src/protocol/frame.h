@@ -8,7 +8,7 @@
 #include <cstdint>
 
 /**
- * Frames: how messages are cut out of a byte stream. The layout stands in protocol/messages.h.
+ * Frames: how messages are cut out of a byte stream. The layout stands in protocol/message.h.
  */
 namespace Torvix::Protocol {
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "protocol/messages.h"
+#include "protocol/frame.h"
+#include "protocol/greeting.h"
 
 namespace Torvix::Protocol {
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "protocol/channel.h"
-#include "protocol/messages.h"
+#include "protocol/classmessages.h"
+#include "protocol/greeting.h"
+#include "protocol/waitmessages.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

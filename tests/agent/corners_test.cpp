@@ -1,5 +1,11 @@
 #include "agent/client.h"
 
+#include "protocol/eventmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/membermessages.h"
+#include "protocol/screenmessages.h"
+#include "protocol/usermessages.h"
+
 #include <QRect>
 
 using namespace Torvix::Protocol;

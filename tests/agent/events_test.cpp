@@ -1,4 +1,7 @@
 #include "agent/client.h"
+#include "protocol/classmessages.h"
+#include "protocol/eventmessages.h"
+#include "protocol/usermessages.h"
 
 using namespace Torvix::Protocol;
 

@@ -1,4 +1,7 @@
 #include "agent/client.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/waitmessages.h"
 
 using namespace Torvix::Protocol;
 

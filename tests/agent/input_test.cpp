@@ -1,4 +1,8 @@
 #include "agent/client.h"
+#include "protocol/eventmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/screenmessages.h"
+#include "protocol/waitmessages.h"
 
 #include <QImage>
 

@@ -1,4 +1,7 @@
 #include "agent/client.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/membermessages.h"
+#include "protocol/waitmessages.h"
 
 #include <QElapsedTimer>
 

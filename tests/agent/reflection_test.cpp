@@ -1,4 +1,5 @@
 #include "agent/client.h"
+#include "protocol/classmessages.h"
 
 #include <QRegularExpression>
 

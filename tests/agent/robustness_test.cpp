@@ -1,4 +1,9 @@
 #include "agent/client.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/classmessages.h"
+#include "protocol/greeting.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/waitmessages.h"
 
 #include "protocol/token.h"
 

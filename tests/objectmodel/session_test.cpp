@@ -1,5 +1,9 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/session.h"
+#include "protocol/applicationmessages.h"
+#include "protocol/greeting.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/screenmessages.h"
 #include "protocol/token.h"
 
 #include <gtest/gtest.h>

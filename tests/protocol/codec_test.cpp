@@ -1,4 +1,6 @@
-#include "protocol/messages.h"
+#include "protocol/classmessages.h"
+#include "protocol/membermessages.h"
+#include "protocol/screenmessages.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
+#include "protocol/applicationmessages.h"
 #include "protocol/channel.h"
-#include "protocol/messages.h"
+#include "protocol/lookupmessages.h"
 
 #include <gtest/gtest.h>
 

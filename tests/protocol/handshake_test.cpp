@@ -1,3 +1,4 @@
+#include "protocol/applicationmessages.h"
 #include "protocol/token.h"
 
 #include <gtest/gtest.h>

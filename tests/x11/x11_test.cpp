@@ -1,5 +1,10 @@
 #include "agent/client.h"
 
+#include "protocol/eventmessages.h"
+#include "protocol/lookupmessages.h"
+#include "protocol/screenmessages.h"
+#include "protocol/usermessages.h"
+
 using namespace Torvix::Protocol;
 
 /** What only a display has: a clipboard for all, windows that become active, another application. */
