@@ -29,7 +29,7 @@ Value itemOrThrow(QObject* container, const QStringList& path)
 {
     if (!container)
         throw Error(QStringLiteral("an object with items is needed"));
-    const Value item = findItem(container, path, -1, -1);
+    Value item = findItem(container, path, -1, -1);
     if (item.isNone())
         throw Error(QStringLiteral("%1 has no item '%2'").arg(describeObject(container), joinItemPath(path)),
                     Protocol::ErrorClass::NotFound);

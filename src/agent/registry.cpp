@@ -117,16 +117,6 @@ bool Registry::isNamespace(const QByteArray& name)
     return std::any_of(m_classes.begin(), m_classes.end(), isInside);
 }
 
-QByteArrayList Registry::classesIn(const QByteArray& namespaceName) const
-{
-    const QByteArray prefix = namespaceName + "::";
-    QByteArrayList found;
-    for (const auto& info : m_classes)
-        if (info->name.startsWith(prefix))
-            found.append(info->name);
-    return found;
-}
-
 QByteArrayList Registry::names() const
 {
     QByteArrayList all = m_byName.keys();

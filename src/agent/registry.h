@@ -37,9 +37,8 @@ public:
     /** The enum of that qualified name ("Qt::Key", "QFrame::Shape"); null when there is none. */
     const EnumInfo* enumeration(const QByteArray& qualifiedName);
 
-    /** A namespace: its enums, and the classes whose names begin with it. */
+    /** True when some known class lies in it or below it. */
     bool isNamespace(const QByteArray& name);
-    QByteArrayList classesIn(const QByteArray& namespaceName) const;
 
     /** All known class names, sorted. */
     QByteArrayList names() const;

@@ -84,12 +84,6 @@ UString Interpreter::sourceName(int sourceId) const
     return source ? UString(source->url) : UString();
 }
 
-UString Interpreter::sourceText(int sourceId) const
-{
-    const Rewriting::SourceInfo* const source = d->script().sources().source(sourceId);
-    return source ? UString(source->text) : UString();
-}
-
 void Interpreter::setTimeLimit(int timeLimitMs)
 {
     d->setTimeLimit(timeLimitMs);

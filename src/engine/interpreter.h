@@ -84,9 +84,8 @@ public:
     int frameCount() const;
     ExecState* frameExec(int frame);
 
-    /** Name and text of a source, by its id; null strings when unknown. */
+    /** Name of a source, by its id; a null string when unknown. */
     UString sourceName(int sourceId) const;
-    UString sourceText(int sourceId) const;
 
     // Stopping ------------------------------------------------------------------------------------
 

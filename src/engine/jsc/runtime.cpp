@@ -70,7 +70,6 @@ Runtime::~Runtime()
     m_script->clearTimeLimit();
     m_builtins = {};
     m_prototypes = {};
-    m_currentObjects.clear();
     m_execs.clear();
     m_globalExec.clearException();
     detachObjects();

@@ -76,7 +76,6 @@ public:
     ExecState* currentExec();
     int sourceIdOf(int frame);
     int lineOf(int frame);
-    QHash<int, Object>& currentObjects() { return m_currentObjects; }
 
     // Running script --------------------------------------------------------------------------------
 
@@ -203,7 +202,6 @@ private:
 
     ExecState m_globalExec;
     std::vector<std::unique_ptr<ExecState>> m_execs;
-    QHash<int, Object> m_currentObjects;
 
     QHash<JSObjectRef, ObjectImp*> m_views;
     std::array<ObjectImp*, 64> m_restingViews = {};

@@ -238,7 +238,6 @@ void Runtime::frameEntered(int frame)
 void Runtime::frameLeft(int frame)
 {
     tell([&](Debugger& debugger) { return debugger.exitContext(exec(frame), Completion()); });
-    m_currentObjects.remove(frame);
 }
 
 void Runtime::exceptionThrown(JSValueRef value, bool isCaught, int frame)

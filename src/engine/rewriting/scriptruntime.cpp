@@ -32,19 +32,9 @@ FrameStack& ScriptRuntime::frames()
     return d->frames;
 }
 
-const FrameStack& ScriptRuntime::frames() const
-{
-    return d->frames;
-}
-
 SourceTable& ScriptRuntime::sources()
 {
     return d->rewriter.sources();
-}
-
-Flavour ScriptRuntime::flavour() const
-{
-    return d->flavour;
 }
 
 Outcome ScriptRuntime::evaluate(const QString& text, const QString& url, JSObjectRef thisObject)

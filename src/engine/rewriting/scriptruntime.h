@@ -53,9 +53,7 @@ public:
 
     JSGlobalContextRef context() const;
     FrameStack& frames();
-    const FrameStack& frames() const;
     SourceTable& sources();
-    Flavour flavour() const;
 
     // Running script ----------------------------------------------------------------------------
 
