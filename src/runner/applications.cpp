@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <csignal>
 
+#include <sys/wait.h>
+
 namespace Torvix {
 
 namespace {
@@ -105,8 +107,12 @@ SharedPtr<ApplicationContext> Applications::start(const QString& command, int ti
 void Applications::killAll()
 {
     const std::lock_guard<std::mutex> lock(m_pidMutex);
-    for (const qint64 pid : m_startedPids)
-        kill(pid_t(pid), SIGKILL);
+    for (const qint64 pid : m_startedPids) {
+        // The id of one that has ended and was waited for may be another's by now.
+        siginfo_t state;
+        if (waitid(P_PID, id_t(pid), &state, WEXITED | WNOHANG | WNOWAIT) == 0)
+            kill(pid_t(pid), SIGKILL);
+    }
     m_startedPids.clear();
 }
 

@@ -1,5 +1,3 @@
-#include <QtGlobal>
-
 #include "runner/watchdog.h"
 
 #include <chrono>
