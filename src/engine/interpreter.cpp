@@ -7,7 +7,7 @@ namespace KJS {
 Interpreter::Interpreter(const Object& global, const InterpreterOptions& options)
 {
     // in two steps: the runtime calls back while it is being made
-    d.reset(new Runtime(this, global, options));
+    d = std::make_unique<Runtime>(this, global, options);
 }
 
 Interpreter::~Interpreter() = default;

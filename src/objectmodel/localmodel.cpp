@@ -208,17 +208,17 @@ LocalModel::ClassBuilder& LocalModel::ClassBuilder::superClass(const QString& na
     return *this;
 }
 
-LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsTo(int classId, Call call)
+LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsTo(int classId, const Call& call)
 {
     m_model->data(m_id).info.convertibleTo.append(classId);
-    m_model->data(m_id).conversionsTo.insert(classId, std::move(call));
+    m_model->data(m_id).conversionsTo.insert(classId, call);
     return *this;
 }
 
-LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsFrom(int classId, Call call)
+LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsFrom(int classId, const Call& call)
 {
     m_model->data(m_id).info.convertibleFrom.append(classId);
-    m_model->data(m_id).conversionsFrom.insert(classId, std::move(call));
+    m_model->data(m_id).conversionsFrom.insert(classId, call);
     return *this;
 }
 
