@@ -58,22 +58,27 @@ function(torvix_plugin name)
   install(TARGETS ${name} LIBRARY DESTINATION ${ARG_DESTINATION})
 endfunction()
 
-# torvix_script_modules(LANGUAGE FILES ...): files of scriptmodules/LANGUAGE, which lie there in the
-# prefix and, so that everything runs from either, in the build tree.
+# torvix_script_modules(LANGUAGE FILES ... MODULES ...): files of scriptmodules/LANGUAGE, which lie there in
+# the prefix, and modules that scripts import, which lie in lib/LANGUAGE; so that everything runs from
+# either, also in the build tree.
 function(torvix_script_modules language)
-  cmake_parse_arguments(ARG "" "" "FILES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "FILES;MODULES" ${ARGN})
+  foreach(file IN LISTS ARG_MODULES)
+    configure_file(${language}/${file} ${CMAKE_BINARY_DIR}/lib/${language}/${file} COPYONLY)
+    install(FILES ${language}/${file} DESTINATION lib/${language})
+  endforeach()
   foreach(file IN LISTS ARG_FILES)
     configure_file(${language}/${file} ${CMAKE_BINARY_DIR}/scriptmodules/${language}/${file} COPYONLY)
     install(FILES ${language}/${file} DESTINATION scriptmodules/${language})
   endforeach()
 endfunction()
 
-# torvix_test(NAME LABEL unit|script|e2e [MOC] [OWN_MAIN] [TIMEOUT seconds] SOURCES ...
+# torvix_test(NAME LABEL unit|script|e2e [MOC] [OWN_MAIN] [TIMEOUT seconds] [PREFIX text] SOURCES ...
 #             [PRIVATE libs...] [ENVIRONMENT NAME=value...])
 # A GoogleTest program; each of its cases becomes a CTest test of its own, with the label. It has
-# GoogleTest's main unless it brings one (OWN_MAIN).
+# GoogleTest's main unless it brings one (OWN_MAIN). The prefix is for cases that are in two programs.
 function(torvix_test name)
-  cmake_parse_arguments(ARG "MOC;OWN_MAIN" "LABEL;TIMEOUT" "SOURCES;PRIVATE;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "MOC;OWN_MAIN" "LABEL;TIMEOUT;PREFIX" "SOURCES;PRIVATE;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -93,7 +98,7 @@ function(torvix_test name)
                                              TORVIX_TEST_BINARY_DIR="${CMAKE_BINARY_DIR}")
   _torvix_test_headers()
   target_precompile_headers(${name} REUSE_FROM torvix_test_headers)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${ARG_PREFIX}"
                        PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
   _torvix_sanitizer_environment(${name} sanitizers)
   _torvix_test_environment(${name} ${ARG_ENVIRONMENT} ${sanitizers})
@@ -150,5 +155,6 @@ function(torvix_benchmark name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
   endif()
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/benchmarks)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/benchmarks)
   target_link_libraries(${name} PRIVATE ${ARG_PRIVATE} benchmark::benchmark)
 endfunction()

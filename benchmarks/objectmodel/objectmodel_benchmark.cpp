@@ -1,16 +1,15 @@
 /**
- * What a script's call costs. Three questions, each against a peer in the same run:
+ * What a script's call costs. Four questions, each against a peer in the same run:
  *
  * - PropertyRead reports how often longer it takes than Echo: `times_echo`, at most 3.
+ * - ManyProperties reads all properties of an object at once; `times_faster` than one by one.
  * - LookUp finds one object by three properties in a tree of 10,000 and of 100,000 objects: under
  *   60 ms for the larger, and `times_smaller` about 10.
  * - Appearance waits for an object that appears 50 ms after it was asked for; `late_ms` is the median
  *   of what it took beyond that, at most 5.
- *
- * All processes share one processor: a wake-up of an idle one costs more than everything that is
- * measured here, and the scheduler would spare it now the one, now the other side of a ratio.
  */
 #include "echo.h"
+#include "support/oneprocessor.h"
 
 #include "objectmodel/inspector.h"
 #include "objectmodel/launcher.h"
@@ -18,8 +17,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QElapsedTimer>
-
-#include <sched.h>
 
 #include <algorithm>
 
@@ -121,6 +118,28 @@ void propertyRead(benchmark::State& state)
 }
 BENCHMARK(propertyRead)->Name("PropertyRead");
 
+/** All properties of an object, as `object.properties` wants them: in one round trip, against one for each.
+ */
+void manyProperties(benchmark::State& state)
+{
+    Target& target = Target::self();
+    if (!target.isGood())
+        return state.SkipWithError("no target");
+    const QVector<const Property*> properties = Property::readable(target.control()->objectClass());
+    for (auto step : state)
+        if (!Property::getAll(target.control(), properties).value(0))
+            state.SkipWithError("the read failed");
+    constexpr int rounds = 200;
+    const double together = medianNs(rounds, [&] { Property::getAll(target.control(), properties); });
+    const double one = medianNs(rounds, [&] {
+        for (const Property* property : properties)
+            property->get(target.control());
+    });
+    state.counters["properties"] = properties.size();
+    state.counters["times_faster"] = one / together;
+}
+BENCHMARK(manyProperties)->Name("ManyProperties")->Unit(benchmark::kMicrosecond);
+
 void lookUp(benchmark::State& state)
 {
     static double smaller = 0;
@@ -171,14 +190,7 @@ BENCHMARK(appearance)->Name("Appearance")->Iterations(41)->Unit(benchmark::kMill
 
 int main(int argc, char** argv)
 {
-    cpu_set_t first;
-    CPU_ZERO(&first);
-    CPU_SET(0, &first);
-    sched_setaffinity(0, sizeof first, &first);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    const bool isRun = runBenchmarksOnOneProcessor(argc, argv);
     Target::stop();
-    return 0;
+    return isRun ? 0 : 1;
 }

@@ -14,12 +14,15 @@ interface ApplicationClass {
     [member: string]: any;
 }
 
+/** What a property is compared with: a text, or a pattern that has to match the whole of it. */
+type TextMatch = string | RegExp | { wildcardPattern: string } | { regexPattern: string };
+
 /** The properties by which an object is found; all of them have to hold. */
 interface ObjectProperties {
     /** Name of the object's class: "QPushButton". */
-    type?: string;
+    type?: TextMatch;
     /** The objectName. */
-    name?: string;
+    name?: TextMatch;
     visible?: boolean;
     /** The n-th of those that fit, from 1. */
     occurrence?: number;
@@ -70,6 +73,33 @@ interface ApplicationContext {
     toString(): string;
 }
 
+/** A row of a table of test data; testData.field() reads it. */
+interface TestDataRecord {
+    /** Tells it from other objects. */
+    readonly [Symbol.toStringTag]: "TestData";
+}
+
+interface TestDataFunctions {
+    /** The records of a table: csv, tsv or text in UTF-8, or the first sheet of an .xls or .xlsx. */
+    dataset(file: string): TestDataRecord[];
+    /** The records of a sheet of a workbook; of its first one without a name. */
+    datasetExcel(file: string, sheet?: string): TestDataRecord[];
+    /** The text in a column, by its name or its number from 0; a short record has "" there. */
+    field(record: TestDataRecord, field: string | number): string;
+    /** The names of the table's columns. */
+    fieldNames(record: TestDataRecord): string[];
+    /** Copies a file of the test data into the application's current folder; gives the copy's path. */
+    put(file: string): string;
+    /** Copies a file of the application into the test case's folder; gives the copy's path. */
+    get(file: string): string;
+    /** Whether the application has the file. */
+    exists(file: string): boolean;
+    /** Removes a file of the application. */
+    remove(file: string): void;
+    /** The path of a new file of test data, in a folder that is there then; the file is not made. */
+    create(where: "local" | "shared", file: string): string;
+}
+
 interface FileComparisonOptions {
     message?: string;
     detail?: string;
@@ -94,7 +124,7 @@ interface TestFunctions {
     compare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
     /** Expects them not to be equal. */
     xcompare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
-    /** Passes when the code throws. */
+    /** Passes when the code, which sees global names only, throws. */
     exception(code: string, message?: string, detail?: string): boolean;
     pass(message: string, detail?: string): void;
     /** A pass that should not be: fails the test case. */
@@ -177,12 +207,31 @@ interface TestSettings {
     logScreenshotOnFail: boolean;
 }
 
-/** Dialogs with the person who runs the test, in the terminal. */
+/** How a screenshot is compared. */
+interface ScreenshotOptions {
+    /** How much each of red, green and blue may differ, 0 to 255. */
+    tolerance?: number;
+    /** How many pixels may differ by more than that. */
+    differingPixels?: number;
+    /** Areas that are not looked at: x, y, width, height in pixels. */
+    masks?: [number, number, number, number][];
+}
+
+/** What a new verification point looks at; what people usually look at without any of these. */
+interface VPOptions extends ScreenshotOptions {
+    properties?: string[];
+    table?: boolean;
+    screenshot?: boolean;
+}
+
+/** Dialogs with the person who runs the test, in the terminal or in windows. */
 interface TestInteraction {
-    /** False where there is no terminal; the others are errors there. */
+    /** False where there is neither a terminal nor a display; the others are errors there. */
     isAvailable(): boolean;
-    information(text: string): void;
-    warning(text: string): void;
+    /** Ok, or Cancel. */
+    information(text: string): number;
+    /** Ok, or Cancel. */
+    warning(text: string): number;
     /** Does not wait. */
     notification(text: string): void;
     input(text: string, proposal?: string): string | null;
@@ -190,7 +239,8 @@ interface TestInteraction {
     /** The button that was chosen; buttons are or-ed. */
     question(text: string, buttons?: number): number;
     choice(text: string, choices: string[]): string | null;
-    showImage(file: string, text?: string): void;
+    /** Ok, or Cancel. */
+    showImage(file: string, text?: string): number;
     readonly None: number;
     readonly Ok: number;
     readonly Cancel: number;
@@ -258,6 +308,7 @@ interface ConsoleFunctions {
     assert(condition: unknown, message?: string): void;
 }
 
+/** The buttons of all actions. Qt's own numbers are others: Qt.RightButton is MouseButton.MiddleButton. */
 interface MouseButtonConstants {
     readonly None: number;
     readonly LeftButton: number;
@@ -308,8 +359,17 @@ declare function findImage(file: string, options?: SearchOptions): ScreenPlace |
 declare function waitForImage(file: string, options?: SearchOptions): ScreenPlace;
 /** All text, as it is read by text recognition. */
 declare function getOcrText(options?: SearchOptions): string;
+/** All lines, each with its place. */
+declare function getAllOcrText(options?: SearchOptions): (ScreenPlace & { text: string })[];
 declare function findOcrText(text: string, options?: SearchOptions): ScreenPlace | null;
+/** Everywhere that it is. */
+declare function findAllOcrText(text: string, options?: SearchOptions): ScreenPlace[];
 declare function waitForOcrText(text: string, options?: SearchOptions): ScreenPlace;
+
+/** Writes a verification point of what the object is like now; gives the file. */
+declare function createVP(object: ObjectName, name: string, options?: VPOptions): string;
+/** Writes a verification point of what the object looks like now; gives the file. */
+declare function createVisualVP(object: ObjectName, name: string, options?: ScreenshotOptions): string;
 
 // Applications.
 
@@ -337,16 +397,18 @@ declare function findAllObjects(name: ObjectName): ApplicationObject[];
 declare function waitForObject(name: ObjectName, timeoutMs?: number): ApplicationObject;
 /** Waits until the object is there, visible or not. */
 declare function waitForObjectExists(name: ObjectName, timeoutMs?: number): ApplicationObject;
-/** Waits for an item: by the texts that lead to it, with dots between, or by row and column. */
+/** Waits for an item: by the texts that lead to it, with dots between ("File.Save As..."), or by row and column. */
 declare function waitForObjectItem(container: ObjectName, item: string, timeoutMs?: number): ApplicationObject;
 declare function waitForObjectItem(container: ObjectName, row: number, column: number, timeoutMs?: number): ApplicationObject;
-/** Polls until the function, or the code in a text, gives a true value; false when the time is over. */
+/** Polls until the function, or the code in a text, gives a true value; false when the time is over.
+ *  Such code sees global names only. */
 declare function waitFor(condition: (() => unknown) | string, timeoutMs?: number): boolean;
 /** The name that finds the object. */
 declare function objectName(object: ApplicationObject): string;
 /** The same object with the members of another of its classes. */
 declare function cast(object: ApplicationObject, type: string | ApplicationClass): ApplicationObject;
 declare const object: ObjectFunctions;
+declare const testData: TestDataFunctions;
 declare const objectMap: ObjectMapFunctions;
 
 // Actions: mouse and keyboard. Positions are pixels from the object's upper left corner; the middle
@@ -362,6 +424,7 @@ declare function doubleClick(target: ActionTarget, x: number, y: number, modifie
 declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number): void;
 declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers: number, button: number): void;
 /** 120 is one notch. */
+/** Turns the wheel by so many notches; positive is up and right. */
 declare function mouseWheel(target: ActionTarget, dx: number, dy: number): void;
 declare function mouseWheel(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers?: number): void;
 /** Types into the object; "<Return>" and "<Ctrl+A>" are keys. */
@@ -415,3 +478,16 @@ declare const console: ConsoleFunctions;
 /** There to tell of the misspelt name: every use throws. */
 declare const Console: never;
 declare const torvixinfo: TorvixInfo;
+
+/** Patterns for names of objects. */
+declare module "objectmaphelper.js" {
+    /** "*" any text, "?" one character, "[abc]" one of these. */
+    export class Wildcard {
+        constructor(pattern: string);
+        wildcardPattern: string;
+    }
+    export class RegularExpression {
+        constructor(pattern: string);
+        regexPattern: string;
+    }
+}

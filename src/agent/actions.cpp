@@ -4,6 +4,7 @@
 #include "agent/convert.h"
 #include "agent/error.h"
 #include "agent/globalclass.h"
+#include "agent/graphics.h"
 #include "agent/inputqueue.h"
 #include "agent/itemactions.h"
 #include "agent/items.h"
@@ -18,8 +19,10 @@
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QGraphicsView>
 #include <QTabBar>
 #include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
@@ -44,9 +47,7 @@ public:
 
     Qt::MouseButton button() const
     {
-        // Beside Qt's buttons: the scripts' names for the primary and the secondary one.
-        const int number = this->number("button", int(Qt::LeftButton));
-        return number == 16 ? Qt::LeftButton : number == 32 ? Qt::RightButton : Qt::MouseButton(number);
+        return has("button") ? Input::mouseButtonOf(number("button", 0)) : Qt::LeftButton;
     }
     Qt::KeyboardModifiers modifiers() const { return modifiersOf(number("modifiers", 0)); }
     Input::Place place() const
@@ -72,12 +73,17 @@ void bringIntoView(const Value& target)
 {
     if (target.typeName == "QModelIndex")
         showIndex(target.data.toModelIndex());
-    else if (target.isPointer() && !target.isObject())
+    else if (const QGraphicsItem* item = Graphics::itemOf(target)) {
+        if (QGraphicsView* view = Graphics::viewOf(item))
+            view->ensureVisible(item, 0, 0);
+    } else if (target.isPointer() && !target.isObject())
         showWidgetItem(target);
 }
 
 void mouseClick(const Arguments& arguments)
 {
+    if (chooseInClosedCombo(arguments.target()))
+        return;
     bringIntoView(arguments.target());
     Input::click(arguments.place(), arguments.button(), arguments.modifiers());
 }
@@ -103,6 +109,11 @@ void mouseWheel(const Arguments& arguments)
 
 void typeText(const Arguments& arguments)
 {
+    if (auto* window = qobject_cast<QWindow*>(arguments.target().object())) {
+        Input::focus(window);
+        Input::type(arguments.text("text"));
+        return;
+    }
     QWidget* widget = widgetTarget(arguments);
     if (QWidget* modal = Input::blockerOf(widget))
         throw Error(QStringLiteral("%1 gets no keys while the modal window %2 is open")
@@ -215,7 +226,8 @@ const Action actions[] = {
 };
 
 const char* const targetTypes[] = {"QObject*",         "QModelIndex",      "QTableWidgetItem*",
-                                   "QTreeWidgetItem*", "QListWidgetItem*", "TabItem"};
+                                   "QTreeWidgetItem*", "QListWidgetItem*", "QGraphicsItem*",
+                                   "TabItem",          "SectionItem"};
 
 std::vector<ArgumentInfo> readForm(const char* form)
 {
@@ -251,6 +263,10 @@ void addForm(ClassInfo& global, const char* name, const std::vector<ArgumentInfo
 void bindActions(Registry& registry)
 {
     Bind<TabItem>(registry).value().property("text", &TabItem::text).property("index", &TabItem::position);
+    Bind<SectionItem>(registry)
+        .value()
+        .property("text", &SectionItem::text)
+        .property("index", &SectionItem::position);
     ClassInfo& global = registry.define(globalClassName, {});
     for (const Action& action : actions)
         for (const char* form : action.forms)

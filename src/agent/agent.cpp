@@ -1,5 +1,6 @@
 #include "agent/agent.h"
 
+#include "agent/inputqueue.h"
 #include "agent/listener.h"
 #include "protocol/applicationmessages.h"
 #include "protocol/token.h"
@@ -108,6 +109,7 @@ void Agent::goDown(const QString& reason)
 {
     if (!m_session || !m_session->isOpen())
         return;
+    InputQueue::instance().finish();
     m_session->push(Protocol::GoingDown{reason});
     m_session->flush(500);
 }

@@ -1,7 +1,5 @@
 #include "agent/classinfo.h"
 
-#include <algorithm>
-
 namespace Torvix::Agent {
 
 QByteArray MethodInfo::signature() const
@@ -13,13 +11,6 @@ QByteArray MethodInfo::signature() const
         text += arguments[i].type.toCpp();
     }
     return text + ')';
-}
-
-const PropertyInfo* ClassInfo::property(const QByteArray& propertyName) const
-{
-    const auto found = std::find_if(properties.begin(), properties.end(),
-                                    [&](const PropertyInfo& p) { return p.name == propertyName; });
-    return found == properties.end() ? nullptr : &*found;
 }
 
 } // namespace Torvix::Agent

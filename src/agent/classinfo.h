@@ -62,8 +62,6 @@ struct ClassInfo
     std::vector<MethodInfo> methods;
     std::vector<MethodInfo> constructors;
     std::vector<EnumInfo> enums;
-
-    const PropertyInfo* property(const QByteArray& propertyName) const;
 };
 
 } // namespace Torvix::Agent

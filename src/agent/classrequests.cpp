@@ -13,8 +13,17 @@ using namespace Protocol;
 
 namespace {
 
+/** Makes every class of the application's objects known, and the namespaces of enums that they use. */
+void learnTree()
+{
+    visitAll([](QObject* object) {
+        Registry::instance().ofMetaObject(object->metaObject());
+        return true;
+    });
+}
+
 /** The meta-object of a class that some object of the application has, or inherits. */
-const QMetaObject* metaObjectInTree(const QByteArray& name)
+const QMetaObject* metaObjectOfObjects(const QByteArray& name)
 {
     const QMetaObject* found = nullptr;
     QSet<const QMetaObject*> seen;
@@ -30,13 +39,18 @@ const QMetaObject* metaObjectInTree(const QByteArray& name)
     return found;
 }
 
-/** Makes every class of the application's objects known, for a name that is only a namespace. */
-void learnTree()
+/** The same, and that of a namespace with an enum that one of these classes uses. */
+const QMetaObject* metaObjectInTree(const QByteArray& name)
 {
-    visitAll([](QObject* object) {
-        Registry::instance().ofMetaObject(object->metaObject());
-        return true;
-    });
+    // What is learnt may itself ask for names.
+    static bool isLearning = false;
+    const QMetaObject* found = metaObjectOfObjects(name);
+    if (found || isLearning)
+        return found;
+    isLearning = true;
+    learnTree();
+    isLearning = false;
+    return Registry::instance().knownMetaObject(name);
 }
 
 ClassReply classByName(const QByteArray& name)

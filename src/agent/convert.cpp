@@ -1,6 +1,9 @@
 #include "agent/convert.h"
 
+#include "agent/graphics.h"
 #include "agent/registry.h"
+
+#include <QGraphicsItem>
 
 namespace Torvix::Agent {
 
@@ -28,6 +31,9 @@ void* pointerTo(const Value& value, const QByteArray& className)
         return nullptr;
     if (!Registry::instance().inherits(value.typeName, className))
         throwWrongType(value, className);
+    // The one class that Qt's objects inherit beside QObject, which lies elsewhere in them.
+    if (className == "QGraphicsItem")
+        return Graphics::itemOf(value);
     return value.address();
 }
 

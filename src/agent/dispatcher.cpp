@@ -1,7 +1,6 @@
 #include "agent/dispatcher.h"
 
 #include "agent/error.h"
-#include "protocol/batchmessages.h"
 
 namespace Torvix::Agent {
 
@@ -30,10 +29,6 @@ bool Dispatcher::run(Session& session, int number, const QByteArray& body, Respo
 
 void Dispatcher::handle(Session& session, const Frame& frame)
 {
-    if (frame.number == quint16(RequestNumber::Batch)) {
-        handleBatch(session, frame);
-        return;
-    }
     Responder responder([weak = session.weak_from_this(), id = frame.id,
                          number = frame.number](ErrorClass error, const QByteArray& body) {
         const auto receiver = weak.lock();
@@ -50,32 +45,6 @@ void Dispatcher::handle(Session& session, const Frame& frame)
                             QStringLiteral("the body of request %1 is malformed").arg(frame.number)));
     session.flush(100);
     session.close();
-}
-
-void Dispatcher::handleBatch(Session& session, const Frame& frame)
-{
-    Batch batch;
-    if (!decode(frame.body, &batch)) {
-        session.close();
-        return;
-    }
-    BatchReply reply;
-    for (const BatchItem& item : batch.requests) {
-        auto result = std::make_shared<BatchResult>();
-        Responder responder([result](ErrorClass error, const QByteArray& body) {
-            result->error = int(error);
-            result->body = body;
-        });
-        if (!run(session, item.request, item.body, responder))
-            responder.fail(ErrorClass::Malformed,
-                           QStringLiteral("the body of request %1 is malformed").arg(item.request));
-        if (!responder.isAnswered())
-            responder.fail(
-                ErrorClass::Failed,
-                QStringLiteral("request %1 takes time and is not allowed in a batch").arg(item.request));
-        reply.results.append(*result);
-    }
-    session.send(replyFrame<Batch>(frame.id, reply));
 }
 
 } // namespace Torvix::Agent

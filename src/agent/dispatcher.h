@@ -78,7 +78,6 @@ private:
                            });
     }
     bool run(Session& session, int number, const QByteArray& body, Responder& responder);
-    void handleBatch(Session& session, const Protocol::Frame& frame);
 
     QHash<int, Function> m_functions;
 };

@@ -1,8 +1,7 @@
 #include "agent/dispatcher.h"
-#include "agent/error.h"
 #include "agent/eventhandlers.h"
 #include "agent/recorder.h"
-#include "agent/registry.h"
+#include "agent/remotefunctions.h"
 #include "agent/requests.h"
 #include "protocol/applicationmessages.h"
 #include "protocol/eventmessages.h"
@@ -27,14 +26,7 @@ void registerEventRequests(Dispatcher& dispatcher)
         return Empty();
     });
     dispatcher.on<RemoteCall>([](Session&, const RemoteCall& request) {
-        if (request.function == QLatin1String("addToObjectMap"))
-            return ValueReply(); // the map is the runner's; the agent names objects by their real names
-        if (request.function != QLatin1String("classNames"))
-            throw Error(QStringLiteral("unknown function '%1'").arg(request.function));
-        QVector<Protocol::Value> names;
-        for (const QByteArray& name : Registry::instance().names())
-            names.append(Protocol::Value::ofString(QString::fromLatin1(name)));
-        return ValueReply{Protocol::Value::ofArray(names)};
+        return ValueReply{callRemoteFunction(request.function, request.arguments)};
     });
 }
 

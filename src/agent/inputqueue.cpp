@@ -56,6 +56,13 @@ void InputQueue::whenDone(std::function<void(const QString&)> done)
     schedule(0);
 }
 
+void InputQueue::finish()
+{
+    for (const Entry& entry : std::exchange(m_entries, {}))
+        if (entry.done)
+            entry.done(std::exchange(m_error, QString()));
+}
+
 void InputQueue::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() != m_timer)

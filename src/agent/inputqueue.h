@@ -39,6 +39,10 @@ public:
      */
     void whenDone(std::function<void(const QString& error)> done);
 
+    /** The application ends: whoever waits is answered now. What ended it may have been the input, and
+     *  what is left of that reaches nobody. */
+    void finish();
+
 protected:
     void timerEvent(QTimerEvent* event) override;
 

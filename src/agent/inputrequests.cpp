@@ -16,23 +16,13 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
 using namespace Protocol;
 
 namespace {
-
-/** The numbers of the scripts' `MouseButton` constants. */
-Qt::MouseButton scriptButton(int number)
-{
-    static const QMap<int, Qt::MouseButton> buttons = {
-        {1, Qt::LeftButton},   {2, Qt::MiddleButton}, {4, Qt::RightButton},    {16, Qt::LeftButton},
-        {32, Qt::RightButton}, {64, Qt::BackButton},  {128, Qt::ForwardButton}};
-    if (!buttons.contains(number))
-        throw Error(QStringLiteral("there is no mouse button %1").arg(number));
-    return buttons.value(number);
-}
 
 Input::Place placeOf(Session& session, const MouseAction& request)
 {
@@ -41,11 +31,12 @@ Input::Place placeOf(Session& session, const MouseAction& request)
     if (request.flags & MouseHasObject)
         return Input::placeIn(session.objects().at(request.object), hasPosition ? &position : nullptr);
     const QPoint global = hasPosition ? position : Input::pointerPosition();
-    auto* widget = qobject_cast<QWidget*>(objectAt(global));
-    if (!widget)
+    QObject* object = objectAt(global);
+    if (!object)
         throw Error(QStringLiteral("there is no widget at %1, %2").arg(global.x()).arg(global.y()));
-    const QPoint local = widget->mapFromGlobal(global);
-    return Input::placeIn(Value::ofObject(widget), &local);
+    const QPoint local = object->isWidgetType() ? static_cast<QWidget*>(object)->mapFromGlobal(global)
+                                                : static_cast<QWindow*>(object)->mapFromGlobal(global);
+    return Input::placeIn(Value::ofObject(object), &local);
 }
 
 void mouseAction(Session& session, const MouseAction& request, const Responder& responder)
@@ -54,7 +45,7 @@ void mouseAction(Session& session, const MouseAction& request, const Responder& 
     const Qt::KeyboardModifiers modifiers =
         request.flags & MouseHasModifiers ? modifiersOf(request.modifiers) : Qt::KeyboardModifiers();
     const Qt::MouseButton button =
-        request.flags & MouseHasButton ? scriptButton(request.button) : Qt::LeftButton;
+        request.flags & MouseHasButton ? Input::mouseButtonOf(request.button) : Qt::LeftButton;
     switch (request.kind) {
     case MouseActionKind::Move:
         Input::mouseMove(place, modifiers);

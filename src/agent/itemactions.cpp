@@ -15,6 +15,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScopeGuard>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeView>
@@ -24,15 +25,21 @@ namespace Torvix::Agent {
 
 namespace {
 
-/** A copy of the item; throws with the container and the path when there is none. */
+[[noreturn]] void throwNoItem(QObject* container, const QStringList& path)
+{
+    throw Error(QStringLiteral("%1 has no item '%2'. %3")
+                    .arg(describeObject(container), joinItemPath(path), itemsInstead(container, path)),
+                Protocol::ErrorClass::NotFound);
+}
+
+/** A copy of the item; throws with the container, the path and what there is instead when there is none. */
 Value itemOrThrow(QObject* container, const QStringList& path)
 {
     if (!container)
         throw Error(QStringLiteral("an object with items is needed"));
-    const Value item = findItem(container, path, -1, -1);
+    Value item = findItem(container, path, -1, -1);
     if (item.isNone())
-        throw Error(QStringLiteral("%1 has no item '%2'").arg(describeObject(container), joinItemPath(path)),
-                    Protocol::ErrorClass::NotFound);
+        throwNoItem(container, path);
     return item;
 }
 
@@ -59,10 +66,36 @@ void clickEntry(const QPointer<QAction>& action)
     });
 }
 
+QAction* actionAt(QWidget* menu, const QStringList& path)
+{
+    return qobject_cast<QAction*>(findItem(menu, path, -1, -1).object());
+}
+
+/** Throws when the entry is missing for good: a menu may get its entries when it opens. */
+void requireEntry(QWidget* menu, const QStringList& path)
+{
+    for (int depth = 1; depth <= path.size(); ++depth) {
+        const QAction* action = actionAt(menu, path.mid(0, depth));
+        if (!action)
+            throwNoItem(menu, path);
+        if (depth < path.size() && action->menu() && !action->menu()->isVisible())
+            if (!actionAt(menu, path.mid(0, depth + 1)))
+                return;
+    }
+}
+
+/** Of a menu that has been opened in vain. */
+void closePopups()
+{
+    while (QWidget* popup = QApplication::activePopupWidget())
+        if (!popup->close())
+            return;
+}
+
 /** Each part of the path is clicked where it stands, so that sub-menus open as for a person. */
 void activateMenu(QWidget* menu, const QStringList& path)
 {
-    itemOrThrow(menu, path);
+    requireEntry(menu, path);
     if (!menu->isVisible()) {
         auto* closed = qobject_cast<QMenu*>(menu);
         QAction* opener = closed ? closed->menuAction() : nullptr;
@@ -78,19 +111,34 @@ void activateMenu(QWidget* menu, const QStringList& path)
     if (QWidget* modal = Input::blockerOf(menu))
         throw Error(QStringLiteral("%1 gets no input while the modal window %2 is open")
                         .arg(describeObject(menu), describeObject(modal)));
-    for (int depth = 1; depth <= path.size(); ++depth) {
-        auto* action = qobject_cast<QAction*>(findItem(menu, path.mid(0, depth), -1, -1).object());
-        clickEntry(action);
-        if (depth < path.size())
-            InputQueue::instance().post([sub = QPointer<QMenu>(action ? action->menu() : nullptr)] {
-                return !sub || sub->isVisible() ? InputQueue::Step::Done : InputQueue::Step::Again;
-            });
-    }
+    for (int depth = 1; depth <= path.size(); ++depth)
+        InputQueue::instance().postPlanner([guard = QPointer<QWidget>(menu), path, depth] {
+            if (!guard)
+                throw Error(QStringLiteral("the menu has gone"));
+            QAction* action = actionAt(guard, path.mid(0, depth));
+            if (!action) {
+                const auto closing = qScopeGuard(closePopups);
+                throwNoItem(guard, path);
+            }
+            clickEntry(action);
+            if (depth < path.size())
+                InputQueue::instance().post([sub = QPointer<QMenu>(action->menu())] {
+                    return !sub || sub->isVisible() ? InputQueue::Step::Done : InputQueue::Step::Again;
+                });
+            return InputQueue::Step::Done;
+        });
 }
 
-void activateCombo(QComboBox* combo, const QStringList& path)
+/** Of an item wider than its view, the middle of what can be seen. */
+QPoint shownCenter(const QAbstractItemView* view, const QModelIndex& index)
 {
-    const QPersistentModelIndex index = itemOrThrow(combo, path).data.toModelIndex();
+    const QRect rect = view->visualRect(index);
+    const QRect shown = rect & view->viewport()->rect();
+    return shown.isEmpty() ? rect.center() : shown.center();
+}
+
+void activateComboItem(QComboBox* combo, const QPersistentModelIndex& index)
+{
     QPoint arrow(combo->width() - 8, combo->height() / 2);
     if (!combo->view()->isVisible())
         Input::click(Input::placeIn(Value::ofObject(combo), &arrow), Qt::LeftButton, {});
@@ -101,7 +149,7 @@ void activateCombo(QComboBox* combo, const QStringList& path)
             return InputQueue::Step::Again;
         view->scrollTo(index);
         // The list ignores a click right after it opened; a hand on it and Return do the same.
-        Input::mouseMove({view->viewport(), view->visualRect(index).center()});
+        Input::mouseMove({view->viewport(), shownCenter(view, index)});
         Input::key(Qt::Key_Return, {}, QStringLiteral("\r"));
         return InputQueue::Step::Done;
     });
@@ -138,7 +186,7 @@ QModelIndex shownIndex(QObject* container, const QStringList& path)
 Input::Place placeOf(QObject* container, const QModelIndex& index)
 {
     QAbstractItemView* view = viewFor(container);
-    const QPoint center = view->visualRect(index).center();
+    const QPoint center = shownCenter(view, index);
     return Input::placeIn(Value::ofObject(view->viewport()), &center);
 }
 
@@ -161,13 +209,24 @@ void setExpanded(QObject* container, const QStringList& path, bool expanded)
 
 void showIndex(const QModelIndex& index)
 {
-    QRect part;
     if (!index.isValid())
         throw Error(QStringLiteral("the item is not valid any more"));
-    Value value = Value::ofData("QModelIndex", index);
-    QWidget* viewport = widgetOf(value, &part);
-    if (auto* view = qobject_cast<QAbstractItemView*>(viewport->parentWidget()))
+    if (QAbstractItemView* view = viewOf(index))
         showItem(view, index);
+}
+
+bool chooseInClosedCombo(const Value& target)
+{
+    const QModelIndex index = target.typeName == "QModelIndex" ? target.data.toModelIndex() : QModelIndex();
+    const QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
+    if (!view || view->isVisible())
+        return false;
+    for (QObject* at = view->parent(); at; at = at->parent())
+        if (auto* combo = qobject_cast<QComboBox*>(at)) {
+            activateComboItem(combo, index);
+            return true;
+        }
+    return false;
 }
 
 void showWidgetItem(const Value& item)
@@ -198,7 +257,7 @@ void activate(QObject* container, const QStringList& path, Qt::MouseButton butto
     if (qobject_cast<QMenu*>(container) || qobject_cast<QMenuBar*>(container))
         activateMenu(static_cast<QWidget*>(container), path);
     else if (auto* combo = qobject_cast<QComboBox*>(container))
-        activateCombo(combo, path);
+        activateComboItem(combo, itemOrThrow(combo, path).data.toModelIndex());
     else if (qobject_cast<QTabWidget*>(container) || qobject_cast<QTabBar*>(container))
         clickTab(itemOrThrow(container, path), button, modifiers);
     else
@@ -208,6 +267,10 @@ void activate(QObject* container, const QStringList& path, Qt::MouseButton butto
 void click(QObject* container, const QStringList& path, Qt::MouseButton button,
            Qt::KeyboardModifiers modifiers)
 {
+    if (qobject_cast<QHeaderView*>(container)) {
+        Input::click(Input::placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
+        return;
+    }
     if (!qobject_cast<QAbstractItemView*>(container)) {
         activate(container, path, button, modifiers);
         return;
@@ -218,6 +281,10 @@ void click(QObject* container, const QStringList& path, Qt::MouseButton button,
 void doubleClick(QObject* container, const QStringList& path, Qt::MouseButton button,
                  Qt::KeyboardModifiers modifiers)
 {
+    if (qobject_cast<QHeaderView*>(container)) {
+        Input::doubleClick(Input::placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
+        return;
+    }
     Input::doubleClick(placeOf(container, shownIndex(container, path)), button, modifiers);
 }
 

@@ -12,6 +12,9 @@ namespace Torvix::Agent {
 void showIndex(const QModelIndex& index);
 void showWidgetItem(const Value& item);
 
+/** False when the target is no entry of a combo box whose list is closed; else chooses it in the list. */
+bool chooseInClosedCombo(const Value& target);
+
 /** What is done to an item of a container, by its path of texts. They add steps to the InputQueue. */
 namespace ItemActions {
 

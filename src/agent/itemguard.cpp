@@ -1,5 +1,7 @@
 #include "agent/itemguard.h"
 
+#include <QGraphicsItem>
+#include <QGraphicsScene>
 #include <QListWidget>
 #include <QStandardItemModel>
 #include <QTableWidget>
@@ -97,6 +99,15 @@ std::function<bool()> standardGuard(QStandardItem* item)
     };
 }
 
+std::function<bool()> graphicsGuard(QGraphicsItem* item)
+{
+    if (!item->scene())
+        return {};
+    return [scene = QPointer<QGraphicsScene>(item->scene()), item] {
+        return scene && scene->items().contains(item);
+    };
+}
+
 } // namespace
 
 std::function<bool()> itemGuard(const Value& value)
@@ -110,6 +121,8 @@ std::function<bool()> itemGuard(const Value& value)
         return listGuard(static_cast<QListWidgetItem*>(address));
     if (value.typeName == "QTreeWidgetItem")
         return treeGuard(static_cast<QTreeWidgetItem*>(address));
+    if (value.typeName == "QGraphicsItem")
+        return graphicsGuard(static_cast<QGraphicsItem*>(address));
     if (value.typeName == "QStandardItem")
         return standardGuard(static_cast<QStandardItem*>(address));
     return {};

@@ -3,14 +3,21 @@
 #include "agent/convert.h"
 #include "agent/error.h"
 #include "agent/namematcher.h"
+#include "agent/objecttree.h"
 
 #include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabWidget>
 #include <QTreeView>
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+#include <vector>
 
 namespace Torvix::Agent {
 
@@ -74,31 +81,172 @@ Value findTab(QTabBar* bar, const QStringList& path, int row)
     return item.index >= 0 && item.index < bar->count() ? toValue(item) : Value();
 }
 
-} // namespace
-
-QStringList splitItemPath(const QString& path)
+Value findSection(QHeaderView* header, const QStringList& path, int number)
 {
-    QStringList texts{QString()};
-    for (int i = 0; i < path.size(); ++i) {
-        const bool escapes = path.at(i) == QLatin1Char('\\') && i + 1 < path.size() &&
-                             (path.at(i + 1) == QLatin1Char('.') || path.at(i + 1) == QLatin1Char('\\'));
-        if (escapes)
-            texts.last().append(path.at(++i));
-        else if (path.at(i) == QLatin1Char('.'))
-            texts.append(QString());
-        else
-            texts.last().append(path.at(i));
-    }
+    SectionItem item{header, path.isEmpty() ? number : -1};
+    for (int i = 0; i < header->count() && item.index < 0; ++i)
+        if (path.size() == 1 && SectionItem{header, i}.text() == path.first())
+            item.index = i;
+    return item.index >= 0 && item.index < header->count() ? toValue(item) : Value();
+}
+
+/** Where an item was found last: an index does not know which of several views of its model is meant. */
+QPointer<QAbstractItemView>& lastView()
+{
+    static QPointer<QAbstractItemView> view;
+    return view;
+}
+
+QWidget* menuOf(QObject* container)
+{
+    return qobject_cast<QMenu*>(container) || qobject_cast<QMenuBar*>(container)
+               ? static_cast<QWidget*>(container)
+               : nullptr;
+}
+
+QTabBar* tabBarOf(QObject* container)
+{
+    auto* tabs = qobject_cast<QTabWidget*>(container);
+    return tabs ? tabs->tabBar() : qobject_cast<QTabBar*>(container);
+}
+
+QStringList menuTexts(QWidget* menu)
+{
+    QStringList texts;
+    for (const QAction* action : menu ? menu->actions() : QList<QAction*>())
+        if (!action->isSeparator() && action->isVisible())
+            texts.append(plainActionText(action->text()));
     return texts;
 }
 
-QString joinItemPath(const QStringList& texts)
+/** The texts of the items below `parent`, of a table all cells; of very many the first ones. */
+QStringList texts(QObject* container, const QStringList& parent)
 {
-    QStringList escaped;
-    for (QString text : texts)
-        escaped.append(text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-                           .replace(QLatin1Char('.'), QLatin1String("\\.")));
-    return escaped.join(QLatin1Char('.'));
+    constexpr int enough = 1000;
+    QStringList found;
+    if (QWidget* menu = menuOf(container)) {
+        QAction* action = parent.isEmpty() ? nullptr : findAction(menu, parent, -1);
+        return parent.isEmpty() ? menuTexts(menu) : menuTexts(action ? action->menu() : nullptr);
+    }
+    if (const QTabBar* bar = tabBarOf(container)) {
+        for (int i = 0; i < bar->count() && parent.isEmpty(); ++i)
+            found.append(plainActionText(bar->tabText(i)));
+        return found;
+    }
+    if (auto* header = qobject_cast<QHeaderView*>(container)) {
+        for (int i = 0; i < header->count() && parent.isEmpty(); ++i)
+            found.append(SectionItem{header, i}.text());
+        return found;
+    }
+    const QAbstractItemView* view = itemViewOf(container);
+    QAbstractItemModel* model = view ? view->model() : nullptr;
+    if (!model)
+        return found;
+    QModelIndex root = view->rootIndex();
+    if (!parent.isEmpty())
+        root = findIndex(model, root, parent, -1, -1);
+    for (int row = 0; row < model->rowCount(root) && found.size() < enough; ++row)
+        for (int column = 0; column < model->columnCount(root) && found.size() < enough; ++column) {
+            const QString text = model->index(row, column, root).data(Qt::DisplayRole).toString();
+            if (!text.isEmpty())
+                found.append(text);
+        }
+    found.removeDuplicates();
+    return found;
+}
+
+/** How many characters have to be changed, added or left out to get from one text to the other. */
+int editDistance(const QString& from, const QString& to)
+{
+    std::vector<int> row(std::size_t(to.size()) + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < from.size(); ++i) {
+        int diagonal = std::exchange(row[0], i + 1);
+        for (int j = 0; j < to.size(); ++j) {
+            int& cell = row[std::size_t(j) + 1];
+            const int changed = diagonal + (from.at(i) == to.at(j) ? 0 : 1);
+            diagonal = std::exchange(cell, std::min({changed, cell + 1, row[std::size_t(j)] + 1}));
+        }
+    }
+    return row.back();
+}
+
+/** Small for what was probably meant: a part of the text, or one that differs little. */
+int unlikeness(const QString& text, const QString& wanted)
+{
+    constexpr int compared = 60;
+    const QString left = text.left(compared).toCaseFolded();
+    const QString right = wanted.left(compared).toCaseFolded();
+    if (left.startsWith(right) || right.startsWith(left))
+        return 0;
+    return left.contains(right) || right.contains(left) ? 1 : 1 + editDistance(left, right);
+}
+
+} // namespace
+
+QString SectionItem::text() const
+{
+    const QAbstractItemModel* model = header ? header->model() : nullptr;
+    return model ? model->headerData(index, header->orientation()).toString() : QString();
+}
+
+QRect SectionItem::rect() const
+{
+    if (!header || header->isSectionHidden(index))
+        return {};
+    const int start = header->sectionViewportPosition(index);
+    const int size = header->sectionSize(index);
+    return header->orientation() == Qt::Horizontal ? QRect(start, 0, size, header->viewport()->height())
+                                                   : QRect(0, start, header->viewport()->width(), size);
+}
+
+QString itemsInstead(QObject* container, const QStringList& path)
+{
+    QStringList parent = path;
+    while (!parent.isEmpty() && findItem(container, parent, -1, -1).isNone())
+        parent.removeLast();
+    const QString wanted = path.value(parent.size());
+    const QString where =
+        parent.isEmpty() ? QStringLiteral("It") : QStringLiteral("'%1'").arg(joinItemPath(parent));
+    if (path.isEmpty() && itemViewOf(container) && itemViewOf(container)->model()) {
+        const QAbstractItemModel* model = itemViewOf(container)->model();
+        return QStringLiteral("It has %1 rows and %2 columns.")
+            .arg(model->rowCount(itemViewOf(container)->rootIndex()))
+            .arg(model->columnCount(itemViewOf(container)->rootIndex()));
+    }
+    const QStringList there = texts(container, parent);
+    if (there.isEmpty())
+        return where + (parent.isEmpty() ? QStringLiteral(" is empty.") : QStringLiteral(" has no items."));
+    std::vector<std::pair<int, QString>> ranked;
+    for (const QString& text : there)
+        ranked.emplace_back(unlikeness(text, wanted), text);
+    std::stable_sort(ranked.begin(), ranked.end(),
+                     [](const auto& left, const auto& right) { return left.first < right.first; });
+    constexpr int shown = 6;
+    const int more = there.size() - shown;
+    QStringList quoted;
+    for (int i = 0; i < qMin(shown, there.size()); ++i)
+        quoted.append(QLatin1Char('\'') + joinItemPath({ranked[std::size_t(i)].second}) + QLatin1Char('\''));
+    return QStringLiteral("%1 has %2%3.")
+        .arg(where, quoted.join(QStringLiteral(", ")),
+             more > 0 ? QStringLiteral(" and %1 more").arg(more) : QString());
+}
+
+QAbstractItemView* viewOf(const QModelIndex& index)
+{
+    if (lastView() && lastView()->model() == index.model())
+        return lastView();
+    QAbstractItemView* found = nullptr;
+    visitAll([&](QObject* object) {
+        auto* view = qobject_cast<QAbstractItemView*>(object);
+        // A header has the model of its view, but does not show its items.
+        if (!view || view->model() != index.model() || qobject_cast<QHeaderView*>(view))
+            return true;
+        if (!found || view->isVisible())
+            found = view;
+        return !found->isVisible();
+    });
+    return found;
 }
 
 QString plainActionText(const QString& text)
@@ -122,21 +270,24 @@ QAbstractItemView* itemViewOf(QObject* container)
 
 Value findItem(QObject* container, const QStringList& path, int row, int column)
 {
-    if (qobject_cast<QMenu*>(container) || qobject_cast<QMenuBar*>(container)) {
-        QAction* action = findAction(static_cast<QWidget*>(container), path, row);
+    if (QWidget* menu = menuOf(container)) {
+        QAction* action = findAction(menu, path, row);
         return action ? Value::ofObject(action) : Value();
     }
-    if (auto* tabs = qobject_cast<QTabWidget*>(container))
-        return findTab(tabs->tabBar(), path, row);
-    if (auto* bar = qobject_cast<QTabBar*>(container))
+    if (QTabBar* bar = tabBarOf(container))
         return findTab(bar, path, row);
+    if (auto* header = qobject_cast<QHeaderView*>(container))
+        return findSection(header, path, qMax(row, column));
     QAbstractItemView* view = itemViewOf(container);
     if (!view)
         throw Error(QStringLiteral("%1 has no items").arg(describeObject(container)));
     if (!view->model())
         return {};
     const QModelIndex index = findIndex(view->model(), view->rootIndex(), path, row, column);
-    return index.isValid() ? toValue(index) : Value();
+    if (!index.isValid())
+        return {};
+    lastView() = view;
+    return toValue(index);
 }
 
 QStringList itemPath(const QModelIndex& index)

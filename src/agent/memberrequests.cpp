@@ -36,7 +36,7 @@ const Member& memberAt(const std::vector<Member>& members, int index, const Agen
 /** `this` of a call; a copy, so that the object may be released or destroyed meanwhile. */
 Value selfOf(Session& session, qint64 object)
 {
-    return object ? session.objects().at(object) : Value();
+    return object ? session.objects().usableAt(object) : Value();
 }
 
 /** Gives a value that a method has changed back to its reference. */
@@ -62,6 +62,31 @@ void getProperty(Session& session, const GetProperty& request, Responder& respon
     Value self = selfOf(session, request.object);
     const RunningCall running(responder, QByteArray());
     responder.reply(encode(ValueReply{toWire(property.get(self), session.objects())}));
+}
+
+/** A getter that fails, or an object that a getter has destroyed, leaves its value out. */
+PropertyResult readOne(Session& session, const PropertyKey& key, Value& self)
+{
+    try {
+        const Agent::ClassInfo& info = classOf(key.classId);
+        const Agent::PropertyInfo& property = memberAt(info.properties, key.index, info);
+        if (property.isReadable && (!self.isObject() || !self.isNull()))
+            return {true, toWire(property.get(self), session.objects())};
+    } catch (const Error&) {
+    }
+    return {};
+}
+
+void getProperties(Session& session, const GetProperties& request, Responder& responder)
+{
+    Value self = selfOf(session, request.object);
+    PropertiesReply reply;
+    reply.results.resize(request.properties.size());
+    // Where one getter does not come back, the others' values are worth having.
+    const RunningCall running(responder, [&reply] { return encode(reply); });
+    for (int i = 0; i < request.properties.size() && !responder.isAnswered(); ++i)
+        reply.results[i] = readOne(session, request.properties[i], self);
+    responder.reply(encode(reply));
 }
 
 void setProperty(Session& session, const SetProperty& request, Responder& responder)
@@ -127,6 +152,7 @@ ValueReply construct(Session& session, const Construct& request)
 void registerMemberRequests(Dispatcher& dispatcher)
 {
     dispatcher.onDeferred<GetProperty>(getProperty);
+    dispatcher.onDeferred<GetProperties>(getProperties);
     dispatcher.onDeferred<SetProperty>(setProperty);
     dispatcher.onDeferred<CallMethod>(callMethod);
     dispatcher.on<Construct>(construct);
@@ -144,7 +170,7 @@ void registerMemberRequests(Dispatcher& dispatcher)
             isSame(fromWire(request.first, session.objects()), fromWire(request.second, session.objects()))};
     });
     dispatcher.on<ToText>([](Session& session, const ToText& request) {
-        return TextReply{session.objects().at(request.object).toText()};
+        return TextReply{session.objects().usableAt(request.object).toText()};
     });
     dispatcher.on<Release>([](Session& session, const Release& request) {
         for (const ReleasedRef& released : request.objects)

@@ -6,7 +6,9 @@
 
 #include <QMetaEnum>
 #include <QMetaType>
+#include <QSet>
 
+#include <algorithm>
 #include <array>
 
 namespace Torvix::Agent {
@@ -69,6 +71,56 @@ TypeUse typeIn(const QMetaObject* scope, const QByteArray& type)
     return use;
 }
 
+/** What a pointer to a class points to: a QObject where the class is known to be one. */
+Value valueAt(const QByteArray& className, int metaType, void* pointer)
+{
+    if (!pointer)
+        return Value::nullOf(className);
+    bool isObject = QMetaType::typeFlags(metaType) & QMetaType::PointerToQObject;
+    if (metaType == QMetaType::UnknownType) {
+        // Qt knows only the pointer types that somebody has declared to it.
+        const ClassInfo* info = Registry::instance().byName(className);
+        isObject = info && info->metaObject && info->metaObject->inherits(&QObject::staticMetaObject);
+    }
+    return isObject ? Value::ofObject(static_cast<QObject*>(pointer)) : Value::ofPointer(className, pointer);
+}
+
+bool isPointerList(const QByteArray& type)
+{
+    return type.startsWith("QList<") && type.endsWith("*>");
+}
+
+/** Types that Qt cannot hold in a QVariant are read where their form in memory is known all the same. */
+bool isReadableType(const QMetaProperty& property)
+{
+    const QByteArray type = property.typeName();
+    return property.isEnumType() || property.userType() != QMetaType::UnknownType || type.endsWith('*') ||
+           isPointerList(type);
+}
+
+void readInto(const QMetaProperty& property, QObject* object, void* storage)
+{
+    void* addresses[] = {storage};
+    QMetaObject::metacall(object, QMetaObject::ReadProperty, property.propertyIndex(), addresses);
+}
+
+Value readUndeclared(const QMetaProperty& property, QObject* object)
+{
+    const TypeUse use = TypeUse::parse(property.typeName());
+    if (!isPointerList(property.typeName())) {
+        void* pointer = nullptr;
+        readInto(property, object, &pointer);
+        return valueAt(use.name, QMetaType::UnknownType, pointer);
+    }
+    // Lists of pointers are the same list, whatever the pointers are of.
+    QList<void*> pointers;
+    readInto(property, object, &pointers);
+    QVector<Value> elements;
+    for (void* pointer : qAsConst(pointers))
+        elements.append(valueAt(use.name, QMetaType::UnknownType, pointer));
+    return Value::ofList(use.name, std::move(elements));
+}
+
 /** Flags don't convert to int by themselves, but they are one. */
 int enumNumber(const QVariant& value)
 {
@@ -92,13 +144,28 @@ MethodInfo methodInfo(const QMetaObject* meta, const QMetaMethod& method)
     return info;
 }
 
+/** Whether a binding has the method already, with its default arguments; twice it would be ambiguous. */
+bool isBound(const ClassInfo& info, const MethodInfo& method)
+{
+    const auto sameType = [](const ArgumentInfo& left, const ArgumentInfo& right) {
+        const auto indirection = TypeUse::Pointer | TypeUse::List;
+        return left.type.name == right.type.name &&
+               (left.type.flags & indirection) == (right.type.flags & indirection);
+    };
+    return std::any_of(info.methods.begin(), info.methods.end(), [&](const MethodInfo& bound) {
+        return bound.name == method.name &&
+               std::equal(bound.arguments.begin(), bound.arguments.end(), method.arguments.begin(),
+                          method.arguments.end(), sameType);
+    });
+}
+
 PropertyInfo propertyInfo(const QMetaObject* meta, const QMetaProperty& property)
 {
     PropertyInfo info;
     info.name = property.name();
     info.type = typeIn(meta, property.typeName());
     info.type.isEnum = info.type.isEnum || property.isEnumType();
-    info.isReadable = property.isReadable();
+    info.isReadable = property.isReadable() && isReadableType(property);
     info.isWritable = property.isWritable();
     info.get = [property](Value& self) {
         return readProperty(property, target(self, property.enclosingMetaObject(), property.name()));
@@ -151,13 +218,8 @@ Slot slotFor(const TypeUse& use, int metaType, const Value& value)
 
 Value resultOf(const QMetaMethod& method, const TypeUse& use, Slot& slot)
 {
-    if (slot.isPointer) {
-        const int type = method.returnType();
-        if (type != QMetaType::UnknownType && (QMetaType::typeFlags(type) & QMetaType::PointerToQObject) &&
-            slot.pointer)
-            return Value::ofObject(static_cast<QObject*>(slot.pointer));
-        return slot.pointer ? Value::ofPointer(use.name, slot.pointer) : Value::nullOf(use.name);
-    }
+    if (slot.isPointer)
+        return valueAt(use.name, method.returnType(), slot.pointer);
     if (slot.isInteger || use.isEnum)
         return Value::ofData(use.name, slot.isInteger ? slot.integer : enumNumber(slot.data));
     return Value::ofVariant(slot.data);
@@ -186,8 +248,12 @@ Slot resultSlot(const QMetaMethod& method, const TypeUse& use)
 void addMetaMembers(ClassInfo& info)
 {
     const QMetaObject* meta = info.metaObject;
+    QSet<QByteArray> registered;
+    for (const PropertyInfo& property : info.properties)
+        registered.insert(property.name);
     for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i) {
-        info.properties.push_back(propertyInfo(meta, meta->property(i)));
+        if (!registered.contains(meta->property(i).name()))
+            info.properties.push_back(propertyInfo(meta, meta->property(i)));
         // A namespace's meta-object can only be met where one of its enums is used.
         if (meta->property(i).isEnumType())
             Registry::instance().ofMetaObject(meta->property(i).enumerator().enclosingMetaObject());
@@ -195,8 +261,11 @@ void addMetaMembers(ClassInfo& info)
     for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
         const QMetaMethod method = meta->method(i);
         // Private slots are no interface of the class; scripts reach public ones and invokables.
-        if (method.access() != QMetaMethod::Private)
-            info.methods.push_back(methodInfo(meta, method));
+        if (method.access() == QMetaMethod::Private)
+            continue;
+        MethodInfo described = methodInfo(meta, method);
+        if (!isBound(info, described))
+            info.methods.push_back(std::move(described));
     }
     for (int i = meta->enumeratorOffset(); i < meta->enumeratorCount(); ++i) {
         const QMetaEnum metaEnum = meta->enumerator(i);
@@ -209,6 +278,8 @@ void addMetaMembers(ClassInfo& info)
 
 Value readProperty(const QMetaProperty& property, QObject* object)
 {
+    if (!property.isEnumType() && property.userType() == QMetaType::UnknownType && isReadableType(property))
+        return readUndeclared(property, object);
     const QVariant value = property.read(object);
     if (!value.isValid() && property.type() != QVariant::Type(QMetaType::QVariant))
         throw Error(QStringLiteral("the property '%1' of type %2 could not be read")

@@ -69,7 +69,7 @@ NameConditions ownName(QObject* object)
 /** The nearest ancestor with an object name of its own, below the window. */
 QObject* namedAncestor(QObject* object, const QObject* window)
 {
-    for (QObject* at = object->parent(); at && at != window; at = at->parent())
+    for (QObject* at = parentOf(object); at && at != window; at = parentOf(at))
         if (!at->objectName().isEmpty() && !at->objectName().startsWith(QLatin1String("qt_")))
             return at;
     return nullptr;

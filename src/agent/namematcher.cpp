@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 
 namespace Torvix::Agent {
@@ -33,6 +34,42 @@ Subject subjectOf(const Protocol::NameCondition& condition)
     if (condition.property == QLatin1String("buddy"))
         return Subject::Buddy;
     return Subject::Property;
+}
+
+/** Without what the eye does not see of a caption. */
+QString bareText(const QString& text)
+{
+    QString bare = text.toCaseFolded();
+    bare.remove(QLatin1Char('&'));
+    bare.remove(QStringLiteral("..."));
+    return bare.simplified();
+}
+
+/** True for texts that one who writes a name may take for each other: case, marks, a typing error. */
+bool isSimilarText(const QString& one, const QString& other)
+{
+    constexpr int longest = 100;
+    const QString a = bareText(one.left(longest));
+    const QString b = bareText(other.left(longest));
+    const int allowed = qMin(2, qMin(a.size(), b.size()) / 3);
+    if (a.isEmpty() || b.isEmpty() || std::abs(a.size() - b.size()) > allowed)
+        return false;
+    // How many characters to add, drop, replace or swap with the next: the optimal string alignment.
+    const int width = b.size() + 1;
+    std::vector<int> cost(std::size_t((a.size() + 1) * width));
+    const auto at = [&](int i, int j) -> int& { return cost[std::size_t(i * width + j)]; };
+    for (int i = 0; i <= a.size(); ++i)
+        for (int j = 0; j <= b.size(); ++j) {
+            if (i == 0 || j == 0) {
+                at(i, j) = i + j;
+                continue;
+            }
+            const int replaced = at(i - 1, j - 1) + (a[i - 1] == b[j - 1] ? 0 : 1);
+            at(i, j) = std::min({replaced, at(i - 1, j) + 1, at(i, j - 1) + 1});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
+                at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
+        }
+    return at(a.size(), b.size()) <= allowed;
 }
 
 QRegularExpression patternOf(const Protocol::NameCondition& condition)
@@ -108,7 +145,7 @@ struct NameMatcher::Condition
     }
 };
 
-NameMatcher::NameMatcher(const Protocol::NameConditions& conditions) : m_source(conditions)
+NameMatcher::NameMatcher(const Protocol::NameConditions& conditions)
 {
     for (const Protocol::NameCondition& source : conditions) {
         if (source.property == QLatin1String("occurrence")) {
@@ -176,7 +213,7 @@ bool NameMatcher::propertyHolds(Condition& condition, QObject* object)
 
 bool NameMatcher::ancestorHolds(Condition& condition, QObject* object)
 {
-    QObject* parent = object->parent();
+    QObject* parent = parentOf(object);
     if (!parent)
         return false;
     const auto known = condition.known.constFind(parent);
@@ -270,6 +307,45 @@ QVector<QObject*> NameMatcher::findAll(int limit)
     return found;
 }
 
+/** Whether the condition asks for a base class of the object's class. */
+bool NameMatcher::isKindOf(const Condition& condition, const QObject* object)
+{
+    return condition.subject == Subject::Type && object->inherits(condition.latinText);
+}
+
+int NameMatcher::score(QObject* object, bool* fits)
+{
+    int score = 0;
+    *fits = true;
+    for (const auto& condition : m_conditions) {
+        const bool good = holds(*condition, object);
+        *fits = *fits && good;
+        // Class and name say most about which object was meant.
+        if (good)
+            score += condition->subject <= Subject::Name ? 6 : 4;
+        else if (isNearly(*condition, object))
+            score += condition->subject <= Subject::Name ? 3 : 2;
+    }
+    return score;
+}
+
+bool NameMatcher::isNearly(const Condition& condition, QObject* object)
+{
+    if (condition.source.match != Protocol::Match::Exact || condition.nested)
+        return false;
+    switch (condition.subject) {
+    case Subject::Type:
+        return isKindOf(condition, object) ||
+               isSimilarText(QString::fromLatin1(object->metaObject()->className()), condition.source.text);
+    case Subject::Name:
+        return isSimilarText(object->objectName(), condition.source.text);
+    case Subject::Property:
+        return isSimilarText(propertyText(object, condition.property), condition.source.text);
+    default:
+        return false;
+    }
+}
+
 QString NameMatcher::difference(Condition& condition, QObject* object)
 {
     const QString& wanted = condition.source.text;
@@ -277,6 +353,9 @@ QString NameMatcher::difference(Condition& condition, QObject* object)
     switch (condition.subject) {
     case Subject::Type:
         actual = QString::fromLatin1(object->metaObject()->className());
+        if (isKindOf(condition, object))
+            return QStringLiteral("its 'type' is '%1', which is a %2; a name has to give its own class")
+                .arg(actual, wanted);
         break;
     case Subject::Name:
         actual = object->objectName();
@@ -289,9 +368,19 @@ QString NameMatcher::difference(Condition& condition, QObject* object)
         if (actual.isNull())
             return QStringLiteral("it has no property '%1'").arg(condition.source.property);
         break;
-    default:
-        return QStringLiteral("its '%1' is not %2")
-            .arg(condition.source.property, toText(condition.source.nested));
+    case Subject::Window:
+        if (QWidget* window = windowOf(object))
+            return QStringLiteral("its 'window' is %1 (%2)")
+                .arg(describeObject(window), condition.nested->differences(window));
+        return QStringLiteral("it is in no window");
+    case Subject::Container:
+        if (QObject* container = condition.nested->nearestAncestor(object))
+            return QStringLiteral("its 'container' is not %1 but, at best, %2 (%3)")
+                .arg(toText(condition.source.nested), describeObject(container),
+                     condition.nested->differences(container));
+        return QStringLiteral("its 'container' is not %1").arg(toText(condition.source.nested));
+    case Subject::Buddy:
+        return QStringLiteral("its 'buddy' is not %1").arg(toText(condition.source.nested));
     }
     const QString sign = condition.source.match == Protocol::Match::Exact ? QStringLiteral("not")
                          : condition.source.match == Protocol::Match::Wildcard
@@ -300,38 +389,51 @@ QString NameMatcher::difference(Condition& condition, QObject* object)
     return QStringLiteral("its '%1' is '%2', %3 '%4'").arg(condition.source.property, actual, sign, wanted);
 }
 
+QString NameMatcher::differences(QObject* object)
+{
+    QStringList all;
+    for (const auto& condition : m_conditions)
+        if (!holds(*condition, object))
+            all.append(difference(*condition, object));
+    return all.isEmpty() ? QStringLiteral("it is another one of those that fit")
+                         : all.join(QStringLiteral("; "));
+}
+
+QObject* NameMatcher::nearestAncestor(QObject* object)
+{
+    QObject* nearest = nullptr;
+    int best = 0;
+    bool fits = false;
+    for (QObject* at = object->parent(); at; at = at->parent()) {
+        const int points = score(at, &fits);
+        if (points > best) {
+            best = points;
+            nearest = at;
+        }
+    }
+    return nearest;
+}
+
 QString NameMatcher::nearestMiss()
 {
     QObject* nearest = nullptr;
     int best = 0;
     int fitting = 0;
     visitAll([&](QObject* object) {
-        int score = 0;
-        bool all = true;
-        for (const auto& condition : m_conditions) {
-            const bool good = holds(*condition, object);
-            all = all && good;
-            // Class and name say most about which object was meant.
-            score += !good ? 0 : condition->subject <= Subject::Name ? 3 : 2;
-        }
-        fitting += all ? 1 : 0;
-        if (!all && score > best) {
-            best = score;
+        bool fits = false;
+        const int points = score(object, &fits);
+        fitting += fits ? 1 : 0;
+        if (!fits && points > best) {
+            best = points;
             nearest = object;
         }
         return true;
     });
-    const QString name = toText(m_source);
     if (fitting > 0)
-        return QStringLiteral("Object %1 not found: only %2 of these exist.").arg(name).arg(fitting);
+        return QStringLiteral("Only %1 of these exist.").arg(fitting);
     if (!nearest)
-        return QStringLiteral("Object %1 not found: nothing comes near it.").arg(name);
-    QStringList differences;
-    for (const auto& condition : m_conditions)
-        if (!holds(*condition, nearest))
-            differences.append(difference(*condition, nearest));
-    return QStringLiteral("Object %1 not found. The closest is %2: %3.")
-        .arg(name, describeObject(nearest), differences.join(QStringLiteral("; ")));
+        return QStringLiteral("Nothing comes near it.");
+    return QStringLiteral("The closest is %1: %2.").arg(describeObject(nearest), differences(nearest));
 }
 
 QString NameMatcher::toText(const Protocol::NameConditions& conditions)

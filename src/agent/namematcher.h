@@ -33,7 +33,7 @@ public:
     /** All matches, or the one of the `occurrence`. `limit` 0 for no limit. */
     QVector<QObject*> findAll(int limit = 0);
 
-    /** Why findFirst() found nothing, for people: the object that fits best and what differs. */
+    /** Why findFirst() found nothing, a sentence for people: the object that fits best and what differs. */
     QString nearestMiss();
 
     /** A real name as people write it. */
@@ -47,10 +47,15 @@ private:
     bool ancestorHolds(Condition& condition, QObject* object);
     bool windowHolds(Condition& condition, QObject* object);
     bool buddyHolds(Condition& condition, QObject* object);
+    static bool isKindOf(const Condition& condition, const QObject* object);
+    /** How well the object fits; 0 for not at all. */
+    int score(QObject* object, bool* fits);
+    static bool isNearly(const Condition& condition, QObject* object);
     QString difference(Condition& condition, QObject* object);
+    QString differences(QObject* object);
+    QObject* nearestAncestor(QObject* object);
 
     std::vector<std::unique_ptr<Condition>> m_conditions;
-    Protocol::NameConditions m_source;
     int m_occurrence = 0;
 };
 

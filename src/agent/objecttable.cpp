@@ -4,6 +4,8 @@
 #include "agent/itemguard.h"
 #include "protocol/message.h"
 
+#include <QThread>
+
 namespace Torvix::Agent {
 
 using Protocol::ErrorClass;
@@ -15,7 +17,8 @@ qint64 ObjectTable::add(const Value& value)
     QObject* object = value.object();
     if (object) {
         const auto known = m_ids.constFind(object);
-        if (known != m_ids.constEnd()) {
+        // Of an object that another thread has destroyed, word may still be on its way.
+        if (known != m_ids.constEnd() && m_entries.at(*known).value.object() == object) {
             ++m_entries.at(*known).count;
             return *known;
         }
@@ -28,18 +31,21 @@ qint64 ObjectTable::add(const Value& value)
     entry.isAlive = itemGuard(value);
     if (object) {
         m_ids.insert(object, id);
-        entry.connection = QObject::connect(
-            object, &QObject::destroyed, &m_context, [this](QObject* gone) { forget(gone); },
-            Qt::DirectConnection);
+        // At once in this thread; what happens in another one is told to this one.
+        entry.connection =
+            QObject::connect(object, &QObject::destroyed, &m_context, [this, id] { forget(id); });
     }
     return id;
 }
 
-void ObjectTable::forget(QObject* object)
+void ObjectTable::forget(qint64 id)
 {
-    const qint64 id = m_ids.take(object);
-    if (id)
-        m_destroyed(id);
+    const auto found = m_entries.find(id);
+    if (found == m_entries.end())
+        return;
+    if (m_ids.value(found->second.address) == id)
+        m_ids.remove(found->second.address);
+    m_destroyed(id);
 }
 
 Value& ObjectTable::at(qint64 id)
@@ -57,9 +63,21 @@ Value& ObjectTable::at(qint64 id)
     return entry.value;
 }
 
-QObject* ObjectTable::objectAt(qint64 id)
+Value& ObjectTable::usableAt(qint64 id)
 {
     Value& value = at(id);
+    QObject* object = value.object();
+    if (object && object->thread() != QThread::currentThread())
+        throw Error(QStringLiteral("the %1 lives in a thread of its own, so that it can be passed on, "
+                                   "but not be read, changed or called")
+                        .arg(QString::fromLatin1(value.typeName)),
+                    ErrorClass::BadValue);
+    return value;
+}
+
+QObject* ObjectTable::objectAt(qint64 id)
+{
+    Value& value = usableAt(id);
     if (QObject* object = value.object())
         return object;
     throw Error(QStringLiteral("the %1 is no object of the application's object tree")

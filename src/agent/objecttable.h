@@ -30,7 +30,10 @@ public:
     /** Throws when the number is unknown or its object is gone. The value may be changed in place. */
     Value& at(qint64 id);
 
-    /** The QObject of that number; throws also when it is none. */
+    /** The same; throws also for a QObject of another thread, which may be at work with it just now. */
+    Value& usableAt(qint64 id);
+
+    /** The QObject of that number; throws also when it is none, or one of another thread. */
     QObject* objectAt(qint64 id);
 
     /** Gives back `count` references; unknown numbers are ignored. */
@@ -47,7 +50,7 @@ private:
         std::function<bool()> isAlive;
         QMetaObject::Connection connection;
     };
-    void forget(QObject* object);
+    void forget(qint64 id);
 
     std::function<void(qint64)> m_destroyed;
     std::unordered_map<qint64, Entry> m_entries;

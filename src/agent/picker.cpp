@@ -4,9 +4,11 @@
 #include "agent/wire.h"
 #include "protocol/usermessages.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
 #include <QMouseEvent>
+#include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
@@ -24,6 +26,20 @@ void Picker::set(const std::shared_ptr<Session>& session)
         QCoreApplication::instance()->installEventFilter(this);
 }
 
+/**
+ * What is under the pointer, by the place in the window that got the event: on the screen the window
+ * may be on its way to somewhere else, with a window manager that has just found a place for it.
+ */
+static QObject* objectUnder(QObject* window, const QMouseEvent* event)
+{
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->windowHandle() == window && top->rect().contains(event->pos())) {
+            QWidget* child = top->childAt(event->pos());
+            return child ? child : top;
+        }
+    return objectAt(event->globalPos());
+}
+
 bool Picker::eventFilter(QObject* watched, QEvent* event)
 {
     const bool isPress =
@@ -36,7 +52,7 @@ bool Picker::eventFilter(QObject* watched, QEvent* event)
     if (!isPress || m_session.expired())
         return false;
     m_swallowRelease = true;
-    QObject* at = objectAt(static_cast<QMouseEvent*>(event)->globalPos());
+    QObject* at = objectUnder(watched, static_cast<QMouseEvent*>(event));
     pick(at ? at : watched);
     return true;
 }

@@ -180,9 +180,9 @@ void Recorder::recordPointer(const QString& function, QWidget* widget, const QVe
     CapturedArg modifiers = numberArgument(int(event->modifiers()));
     CapturedArg button = numberArgument(int(event->button()));
     button.kind = CapturedArgKind::Enumeration;
-    button.value = event->button() == Qt::LeftButton    ? QStringLiteral("Qt.LeftButton")
-                   : event->button() == Qt::RightButton ? QStringLiteral("Qt.RightButton")
-                                                        : QStringLiteral("Qt.MiddleButton");
+    button.value = event->button() == Qt::LeftButton    ? QStringLiteral("MouseButton.LeftButton")
+                   : event->button() == Qt::RightButton ? QStringLiteral("MouseButton.RightButton")
+                                                        : QStringLiteral("MouseButton.MiddleButton");
     send(function, widget, arguments + QVector<CapturedArg>{modifiers, button});
 }
 

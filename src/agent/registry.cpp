@@ -84,6 +84,12 @@ const ClassInfo* Registry::byId(int id) const
     return index >= 0 && index < int(m_classes.size()) ? m_classes[std::size_t(index)].get() : nullptr;
 }
 
+const QMetaObject* Registry::knownMetaObject(const QByteArray& name) const
+{
+    const ClassInfo* known = m_byName.value(name);
+    return known ? known->metaObject : nullptr;
+}
+
 bool Registry::inherits(const QByteArray& derived, const QByteArray& base)
 {
     if (derived == base)
@@ -115,16 +121,6 @@ bool Registry::isNamespace(const QByteArray& name)
         return info->name.startsWith(prefix);
     };
     return std::any_of(m_classes.begin(), m_classes.end(), isInside);
-}
-
-QByteArrayList Registry::classesIn(const QByteArray& namespaceName) const
-{
-    const QByteArray prefix = namespaceName + "::";
-    QByteArrayList found;
-    for (const auto& info : m_classes)
-        if (info->name.startsWith(prefix))
-            found.append(info->name);
-    return found;
 }
 
 QByteArrayList Registry::names() const

@@ -29,6 +29,8 @@ public:
     /** Null when the name is unknown; application classes are known once a meta-object of theirs is. */
     const ClassInfo* byName(const QByteArray& name);
     const ClassInfo* byId(int id) const;
+    /** Of a class that is known already; does not look any further. */
+    const QMetaObject* knownMetaObject(const QByteArray& name) const;
     const ClassInfo& ofMetaObject(const QMetaObject* metaObject);
 
     /** True when `derived` is `base` or inherits it, over meta-objects and registered bases. */
@@ -37,9 +39,8 @@ public:
     /** The enum of that qualified name ("Qt::Key", "QFrame::Shape"); null when there is none. */
     const EnumInfo* enumeration(const QByteArray& qualifiedName);
 
-    /** A namespace: its enums, and the classes whose names begin with it. */
+    /** True when some known class lies in it or below it. */
     bool isNamespace(const QByteArray& name);
-    QByteArrayList classesIn(const QByteArray& namespaceName) const;
 
     /** All known class names, sorted. */
     QByteArrayList names() const;

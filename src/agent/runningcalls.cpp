@@ -49,8 +49,13 @@ private:
 };
 
 RunningCall::RunningCall(const Responder& responder, const QByteArray& doneBody)
+    : RunningCall(responder, [doneBody] { return doneBody; })
+{
+}
+
+RunningCall::RunningCall(const Responder& responder, MakeBody doneBody)
     : m_responder(responder)
-    , m_doneBody(doneBody)
+    , m_doneBody(std::move(doneBody))
     , m_modalBefore(QApplication::activeModalWidget())
     , m_popupBefore(QApplication::activePopupWidget())
 {
@@ -73,8 +78,9 @@ void RunningCall::check()
     const bool isNew = dialog && dialog != m_modalBefore && dialog != m_popupBefore;
     if (m_started.elapsed() < (isNew ? dialogAfterMs : loopAfterMs))
         return;
-    if (!m_doneBody.isNull()) {
-        m_responder.reply(m_doneBody);
+    const QByteArray body = m_doneBody();
+    if (!body.isNull()) {
+        m_responder.reply(body);
         return;
     }
     m_responder.fail(

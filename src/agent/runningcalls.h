@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <vector>
 
 namespace Torvix::Agent {
@@ -25,7 +26,11 @@ namespace Torvix::Agent {
 class RunningCall
 {
 public:
+    using MakeBody = std::function<QByteArray()>;
+
     RunningCall(const Responder& responder, const QByteArray& doneBody);
+    /** The same with a body that is made when it is needed. */
+    RunningCall(const Responder& responder, MakeBody doneBody);
     ~RunningCall();
     RunningCall(const RunningCall&) = delete;
     RunningCall& operator=(const RunningCall&) = delete;
@@ -35,7 +40,7 @@ private:
     void check();
 
     Responder m_responder;
-    QByteArray m_doneBody;
+    MakeBody m_doneBody;
     QElapsedTimer m_started;
     QPointer<QWidget> m_modalBefore;
     QPointer<QWidget> m_popupBefore;

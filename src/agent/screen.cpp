@@ -1,6 +1,7 @@
 #include "agent/screen.h"
 
 #include "agent/error.h"
+#include "agent/graphics.h"
 #include "agent/items.h"
 #include "agent/namematcher.h"
 #include "agent/objecttree.h"
@@ -9,6 +10,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
+#include <QGraphicsItem>
+#include <QGraphicsView>
 #include <QLayout>
 #include <QListWidget>
 #include <QMenu>
@@ -21,14 +24,11 @@
 #include <QTreeWidget>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace Torvix::Agent {
 
 namespace {
-
-[[noreturn]] void throwNoPlace(const Value& target)
-{
-    throw Error(QStringLiteral("%1 has no place on the screen").arg(target.toText()));
-}
 
 /** Menus, menu bars and tool bars show an action; the visible one counts. */
 QWidget* widgetOfAction(QAction* action, QRect* part)
@@ -50,18 +50,7 @@ QWidget* widgetOfAction(QAction* action, QRect* part)
     return nullptr;
 }
 
-QAbstractItemView* viewOf(const QModelIndex& index)
-{
-    QAbstractItemView* found = nullptr;
-    for (QWidget* widget : QApplication::allWidgets()) {
-        auto* view = qobject_cast<QAbstractItemView*>(widget);
-        if (view && view->model() == index.model() && (!found || view->isVisible()))
-            found = view;
-    }
-    return found;
-}
-
-QWidget* viewportOf(QAbstractItemView* view, const QRect& rect, QRect* part)
+QWidget* viewportOf(QAbstractScrollArea* view, const QRect& rect, QRect* part)
 {
     if (!view)
         return nullptr;
@@ -95,8 +84,12 @@ QImage grab(QWidget* widget, const QRect& part)
     return widget->grab(part).toImage();
 }
 
-QByteArray toPng(const QImage& image)
+/** In the pixels of the device; how many of them are a pixel of the desktop stands in the file. */
+QByteArray toPng(QImage image)
 {
+    if (image.devicePixelRatio() != 1)
+        image.setText(QString::fromLatin1(Protocol::pixelRatioKey),
+                      QString::number(image.devicePixelRatio()));
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -105,18 +98,48 @@ QByteArray toPng(const QImage& image)
     return bytes;
 }
 
-QImage screenImage()
+/** How far in front a window is, as far as that is known without a display. */
+int layerOf(const QWidget* window)
 {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const QRect area = screen ? screen->geometry() : QRect(0, 0, 1, 1);
-    QImage image(area.size(), QImage::Format_RGB32);
+    if (window->windowType() == Qt::Popup || window->windowType() == Qt::ToolTip)
+        return 3;
+    if (window->isModal())
+        return 2;
+    return window->isActiveWindow() ? 1 : 0;
+}
+
+/** Composed from the windows, where the platform does not let a program see the screen. */
+QImage composedScreen(const QScreen* screen)
+{
+    const QRect area = screen->geometry();
+    QImage image(area.size() * screen->devicePixelRatio(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(screen->devicePixelRatio());
     image.fill(Qt::black);
     QPainter painter(&image);
-    // Composed from the windows, since not every platform lets a program see the screen.
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->isVisible())
-            painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
+    QList<QWidget*> windows;
+    visitAll([&](QObject* object) {
+        auto* widget = object->isWidgetType() ? static_cast<QWidget*>(object) : nullptr;
+        if (widget && widget->isWindow() && widget->isVisible() && !widget->graphicsProxyWidget())
+            windows.append(widget);
+        return true;
+    });
+    std::stable_sort(windows.begin(), windows.end(),
+                     [](const QWidget* a, const QWidget* b) { return layerOf(a) < layerOf(b); });
+    for (QWidget* window : qAsConst(windows))
+        painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
     return image;
+}
+
+QImage screenImage()
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return {};
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        constexpr int wholeScreen = 0;
+        return screen->grabWindow(wholeScreen).toImage();
+    }
+    return composedScreen(screen);
 }
 
 /** A red frame over a widget that lets all input through. */
@@ -145,6 +168,19 @@ protected:
 
 } // namespace
 
+void throwNoPlace(const Value& target)
+{
+    QString name = target.toText();
+    if (target.typeName == "QModelIndex") {
+        const QModelIndex index = target.data.toModelIndex();
+        const QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
+        name = QStringLiteral("The item '%1'").arg(joinItemPath(itemPath(index)));
+        if (view)
+            name += QStringLiteral(" of ") + describeObject(view);
+    }
+    throw Error(QStringLiteral("%1 has no place on the screen").arg(name));
+}
+
 QWidget* widgetOf(const Value& target, QRect* part)
 {
     QWidget* widget = nullptr;
@@ -157,10 +193,17 @@ QWidget* widgetOf(const Value& target, QRect* part)
     } else if (auto* layout = qobject_cast<QLayout*>(object)) {
         widget = layout->parentWidget();
         *part = layout->geometry();
+    } else if (const QGraphicsItem* item = Graphics::itemOf(target)) {
+        QGraphicsView* view = item->isVisible() ? Graphics::viewOf(item) : nullptr;
+        widget = view ? viewportOf(view, Graphics::rectInView(view, item), part) : nullptr;
     } else if (target.typeName == "TabItem") {
         const auto tab = target.data.value<TabItem>();
         widget = tab.bar;
         *part = widget ? tab.bar->tabRect(tab.index) : QRect();
+    } else if (target.typeName == "SectionItem") {
+        const auto section = target.data.value<SectionItem>();
+        widget = section.header ? section.header->viewport() : nullptr;
+        *part = section.rect();
     } else if (target.typeName == "QModelIndex") {
         const QModelIndex index = target.data.toModelIndex();
         QAbstractItemView* view = index.isValid() ? viewOf(index) : nullptr;
@@ -179,6 +222,8 @@ QRect globalBounds(const Value& target)
         return {window->mapToGlobal(QPoint(0, 0)), window->size()};
     QRect part;
     const QWidget* widget = widgetOf(target, &part);
+    if (!part.isValid())
+        throwNoPlace(target);
     return {widget->mapToGlobal(part.topLeft()), part.size()};
 }
 
@@ -193,6 +238,8 @@ QByteArray screenshot(const Value& target, Protocol::ScreenshotArea area)
 {
     if (area == Protocol::ScreenshotArea::Screen)
         return toPng(screenImage());
+    if (const auto* window = qobject_cast<QWindow*>(target.object()))
+        return toPng(window->screen()->grabWindow(window->winId()).toImage());
     QRect part;
     QWidget* widget = widgetOf(target, &part);
     if (area == Protocol::ScreenshotArea::Window)

@@ -15,6 +15,9 @@ QRect globalBounds(const Value& target);
 /** The widget that shows `target` and the part of it, for a widget all of it. Throws when there is none. */
 QWidget* widgetOf(const Value& target, QRect* part);
 
+/** The error for what has no place on the screen. */
+[[noreturn]] void throwNoPlace(const Value& target);
+
 /** The topmost visible widget or window at a global position, null when there is none. */
 QObject* objectAt(const QPoint& globalPosition);
 

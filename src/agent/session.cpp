@@ -5,6 +5,7 @@
 #include "protocol/membermessages.h"
 #include "protocol/token.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDir>
 #include <QLoggingCategory>
@@ -27,7 +28,8 @@ Session::Session(std::unique_ptr<Channel> channel, Dispatcher& dispatcher, Greet
     , m_token(std::move(token))
     , m_objects([this](qint64 id) {
         m_destroyed.append(id);
-        if (!m_destroyedTimer.isActive())
+        // The application object goes when there is no event loop, and no timer, any more.
+        if (!m_destroyedTimer.isActive() && QAbstractEventDispatcher::instance())
             m_destroyedTimer.start();
     })
 {
@@ -148,6 +150,8 @@ void Session::send(const Frame& frame)
     // Destructions go out before anything that they caused.
     if (!m_destroyed.isEmpty() && frame.kind != FrameKind::Hello)
         sendDestroyed();
+    if (!m_channel) // that may have found that the runner has gone
+        return;
     const QByteArray bytes = toBytes(frame);
     qint64 written = 0;
     if (m_outgoing.isEmpty()) {

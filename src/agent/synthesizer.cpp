@@ -1,17 +1,26 @@
 #include "agent/synthesizer.h"
 
+#include "agent/draganddrop.h"
 #include "agent/error.h"
+#include "agent/graphics.h"
 #include "agent/inputqueue.h"
 #include "agent/keytext.h"
 #include "agent/namematcher.h"
+#include "agent/objecttree.h"
 #include "agent/screen.h"
 
 #include <QApplication>
+#include <QCursor>
+#include <QDrag>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsView>
+#include <QMenuBar>
 #include <QScrollArea>
 #include <QWindow>
 #include <qpa/qwindowsysteminterface.h>
 
 #include <private/qhighdpiscaling_p.h>
+#include <qpa/qwindowsysteminterface_p.h>
 
 namespace Torvix::Agent::Input {
 
@@ -31,27 +40,66 @@ Pointer& pointer()
     return state;
 }
 
+/** Null for a widget that has not been shown yet. */
 QWindow* windowFor(QWidget* widget)
 {
-    if (QWidget* native = widget->nativeParentWidget())
-        if (native->windowHandle())
-            return native->windowHandle();
-    return widget->window()->windowHandle();
+    // A widget in a scene gets its input through the view.
+    if (const QGraphicsView* view = Graphics::viewAround(widget))
+        return windowFor(view->viewport());
+    // Not nativeParentWidget(): of a dialog or a popup that is the window behind it.
+    for (const QWidget* at = widget; at; at = at->isWindow() ? nullptr : at->parentWidget())
+        if (at->windowHandle())
+            return at->windowHandle();
+    return nullptr;
+}
+
+/** The window, null when it has been closed by an earlier step, as a popup is. */
+QWindow* windowAt(const Place& place, QPoint* global)
+{
+    if (place.window) {
+        *global = place.window->mapToGlobal(place.position);
+        return place.window;
+    }
+    QWidget* widget = place.widget;
+    QWindow* window = widget ? windowFor(widget) : nullptr;
+    if (widget && !window)
+        throw Error(QStringLiteral("%1 has no window").arg(describeObject(widget)));
+    if (widget)
+        *global = widget->mapToGlobal(place.position);
+    return window;
+}
+
+/**
+ * Many an application asks where the pointer is instead of looking at its event. On a display that is
+ * a person's pointer too: it really moves, and while a button is down it is left alone, since the
+ * display knows of no button and would say so. True when the display will send events for it.
+ */
+bool moveCursor(const QPoint& global)
+{
+    const bool isDisplay = QGuiApplication::platformName() == QLatin1String("xcb");
+    if ((isDisplay && pointer().buttons != Qt::NoButton) || QCursor::pos() == global)
+        return false;
+    if (isDisplay) {
+        QCursor::setPos(global);
+        return true;
+    }
+    // Others make up events for it, which ours are meant to be.
+    QWindowSystemInterface::flushWindowSystemEvents();
+    QCursor::setPos(global);
+    QWindowSystemInterfacePrivate::windowSystemEventQueue.clear();
+    return false;
 }
 
 void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    QWidget* widget = place.widget;
-    if (!widget)
-        return; // closed by an earlier step, as a popup is
-    QWindow* window = windowFor(widget);
-    if (!window)
-        throw Error(QStringLiteral("%1 has no window").arg(describeObject(widget)));
     Pointer& state = pointer();
-    state.global = widget->mapToGlobal(place.position);
-    if (type == QEvent::MouseButtonPress)
+    QWindow* window = windowAt(place, &state.global);
+    if (!window)
+        return;
+    if (type == QEvent::MouseButtonPress) {
+        makeDragsPossible();
         state.buttons |= button;
-    else if (type == QEvent::MouseButtonRelease)
+    } else if (type == QEvent::MouseButtonRelease)
         state.buttons &= ~Qt::MouseButtons(button);
     const QPointF global = QHighDpi::toNativePixels(QPointF(state.global), window);
     const QPointF local =
@@ -60,9 +108,58 @@ void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt
         window, ++state.timestamp, local, global, state.buttons, button, type, modifiers);
 }
 
+/** A drag that the application began and that ended at once: the release would drop nothing anywhere. */
+void refuseLostDrag(const Place& place)
+{
+    if (pointer().buttons == Qt::NoButton || !place.widget ||
+        QGuiApplication::platformName() != QLatin1String("offscreen"))
+        return;
+    // It is deleted when the event loop goes on.
+    if (!place.widget->window()->findChild<QDrag*>())
+        return;
+    sendMouse(place, QEvent::MouseButtonRelease, Qt::LeftButton, {});
+    throw Error(QStringLiteral("the platform 'offscreen' has no drag and drop; start the application on "
+                               "an X display (QT_QPA_PLATFORM=xcb, for example with Xvfb)"));
+}
+
+/** Turns after which a window that does not become active gets its input all the same. */
+constexpr int longestActivation = 40;
+
+/**
+ * A window manager makes the window active that is clicked, and one of a new application before; what
+ * does not come from the display does not go by it. Without one nobody else does it at all.
+ */
+bool wantsActivation(const QWindow* window, QEvent::Type type)
+{
+    const bool isPress = type == QEvent::MouseButtonPress;
+    if (!isPress && (type != QEvent::MouseMove || QGuiApplication::focusWindow()))
+        return false;
+    const Qt::WindowType kind = window->type();
+    return !window->isActive() && !QApplication::activePopupWidget() && kind != Qt::Popup &&
+           kind != Qt::ToolTip && kind != Qt::SubWindow &&
+           !(window->flags() & (Qt::WindowDoesNotAcceptFocus | Qt::WindowTransparentForInput));
+}
+
 void postMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
-    InputQueue::instance().postOnce([=] { sendMouse(place, type, button, modifiers); });
+    InputQueue::instance().post([=, turns = 0, hasMoved = false]() mutable {
+        QPoint global;
+        QWindow* window = windowAt(place, &global);
+        if (!window)
+            return InputQueue::Step::Done;
+        if (wantsActivation(window, type) && turns < longestActivation) {
+            if (turns++ == 0)
+                window->requestActivate();
+            return InputQueue::Step::Again;
+        }
+        // The events of the display first, so that none comes between a press and its release.
+        if (!std::exchange(hasMoved, true) && moveCursor(global))
+            return InputQueue::Step::Again;
+        sendMouse(place, type, button, modifiers);
+        if (type == QEvent::MouseMove)
+            refuseLostDrag(place);
+        return InputQueue::Step::Done;
+    });
 }
 
 /** Puts enough time between this and the last press that they are two. */
@@ -72,8 +169,31 @@ void separateClicks()
         [] { pointer().timestamp += ulong(QApplication::doubleClickInterval()) + 100; });
 }
 
+/**
+ * A press outside of an open list or menu only closes that, and does nothing else for most of them: what a
+ * person sees and clicks again. Not for what the popup belongs to, which closes it by itself.
+ */
+void closePopupsBefore(const Place& place)
+{
+    InputQueue::instance().post([guard = place.widget] {
+        QWidget* popup = QApplication::activePopupWidget();
+        if (!guard || !popup || guard->window()->windowType() == Qt::Popup || qobject_cast<QMenuBar*>(guard))
+            return InputQueue::Step::Done;
+        for (QObject* at = popup; at; at = at->parent())
+            if (at == guard)
+                return InputQueue::Step::Done;
+        popup->close();
+        return InputQueue::Step::Again;
+    });
+}
+
 void scrollIntoView(QWidget* widget, const QPoint& position)
 {
+    if (QGraphicsView* view = Graphics::viewAround(widget)) {
+        const QGraphicsProxyWidget* proxy = widget->window()->graphicsProxyWidget();
+        const QPointF inside = widget->mapTo(widget->window(), position);
+        view->ensureVisible(QRectF(proxy->mapToScene(inside), QSizeF(1, 1)), 5, 5);
+    }
     for (QWidget* at = widget->parentWidget(); at; at = at->parentWidget()) {
         auto* area = qobject_cast<QScrollArea*>(at);
         if (!area || !area->widget() || !area->widget()->isAncestorOf(widget))
@@ -87,14 +207,17 @@ QWindow* keyWindow()
 {
     if (QWidget* popup = QApplication::activePopupWidget())
         return windowFor(popup);
-    if (QWindow* window = QGuiApplication::focusWindow())
+    // Not every platform takes the focus back from a menu that has closed.
+    QWindow* window = QGuiApplication::focusWindow();
+    if (window && window->isVisible())
         return window;
-    QWidget* window = QApplication::activeModalWidget();
-    if (!window)
-        for (QWidget* each : QApplication::topLevelWidgets())
-            if (each->isVisible() && !window)
-                window = each;
-    return window ? windowFor(window) : nullptr;
+    QWidget* widget = QApplication::focusWidget();
+    if (!widget)
+        widget = QApplication::activeModalWidget();
+    for (QObject* each : topLevelObjects())
+        if (!widget && each->isWidgetType() && isVisible(each))
+            widget = static_cast<QWidget*>(each);
+    return widget ? windowFor(widget) : nullptr;
 }
 
 void sendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
@@ -107,6 +230,16 @@ void sendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const 
 }
 
 } // namespace
+
+Qt::MouseButton mouseButtonOf(int number)
+{
+    static const QMap<int, Qt::MouseButton> buttons = {
+        {1, Qt::LeftButton},   {2, Qt::MiddleButton}, {4, Qt::RightButton},    {16, Qt::LeftButton},
+        {32, Qt::RightButton}, {64, Qt::BackButton},  {128, Qt::ForwardButton}};
+    if (!buttons.contains(number))
+        throw Error(QStringLiteral("there is no mouse button %1").arg(number));
+    return buttons.value(number);
+}
 
 QPoint pointerPosition()
 {
@@ -129,8 +262,18 @@ QWidget* blockerOf(QWidget* widget)
     return modal;
 }
 
+static Place placeInWindow(QWindow* window, const QPoint* position)
+{
+    if (!window->isVisible())
+        throw Error(QStringLiteral("%1 is not visible").arg(describeObject(window)));
+    const QPoint center(window->width() / 2, window->height() / 2);
+    return {nullptr, position ? *position : center, window};
+}
+
 Place placeIn(const Value& target, const QPoint* position)
 {
+    if (auto* window = qobject_cast<QWindow*>(target.object()))
+        return placeInWindow(window, position);
     QRect part;
     QWidget* widget = widgetOf(target, &part);
     if (!widget->isVisible())
@@ -138,9 +281,13 @@ Place placeIn(const Value& target, const QPoint* position)
     if (QWidget* modal = blockerOf(widget))
         throw Error(QStringLiteral("%1 gets no input while the modal window %2 is open")
                         .arg(describeObject(widget), describeObject(modal)));
-    if (!part.isValid() || part.isEmpty())
-        throw Error(QStringLiteral("%1 has no place on the screen").arg(target.toText()));
-    const Place place{widget, position ? part.topLeft() + *position : part.center()};
+    if (part.isEmpty())
+        throwNoPlace(target);
+    // Of an item wider than its view only the part that can be seen takes a click.
+    const QRect shown = part & widget->rect();
+    const Place place{widget, position          ? part.topLeft() + *position
+                              : shown.isEmpty() ? part.center()
+                                                : shown.center()};
     scrollIntoView(widget, place.position);
     return place;
 }
@@ -163,6 +310,7 @@ void mouseRelease(const Place& place, Qt::MouseButton button, Qt::KeyboardModifi
 
 void click(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
+    closePopupsBefore(place);
     mouseMove(place, modifiers);
     mousePress(place, button, modifiers);
     mouseRelease(place, button, modifiers);
@@ -177,24 +325,24 @@ void doubleClick(const Place& place, Qt::MouseButton button, Qt::KeyboardModifie
 
 void drag(const Place& place, const QPoint& by, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
 {
+    closePopupsBefore(place);
     mouseMove(place, modifiers);
     mousePress(place, button, modifiers);
     // Past the distance at which a drag starts, then on in several moves as a hand makes them.
     constexpr int moves = 10;
     for (int i = 1; i <= moves; ++i)
-        mouseMove({place.widget, place.position + by * i / moves}, modifiers);
-    mouseRelease({place.widget, place.position + by}, button, modifiers);
+        mouseMove({place.widget, place.position + by * i / moves, place.window}, modifiers);
+    mouseRelease({place.widget, place.position + by, place.window}, button, modifiers);
 }
 
 void wheel(const Place& place, const QPoint& steps, Qt::KeyboardModifiers modifiers)
 {
     mouseMove(place, modifiers);
     InputQueue::instance().postOnce([=] {
-        QWidget* widget = place.widget;
-        QWindow* window = widget ? windowFor(widget) : nullptr;
+        QPoint global;
+        QWindow* window = windowAt(place, &global);
         if (!window)
             return;
-        const QPoint global = widget->mapToGlobal(place.position);
         const QPointF local = QHighDpi::toNativeLocalPosition(QPointF(window->mapFromGlobal(global)), window);
         QWindowSystemInterface::handleWheelEvent(window, local,
                                                  QHighDpi::toNativePixels(QPointF(global), window), QPoint(),
@@ -209,10 +357,25 @@ void focus(QWidget* widget)
         if (!guard || guard->hasFocus() || guard->isAncestorOf(QApplication::focusWidget()))
             return InputQueue::Step::Done;
         if (turns++ == 0) {
+            if (QGraphicsView* view = Graphics::viewAround(guard)) {
+                view->window()->activateWindow();
+                view->setFocus(Qt::MouseFocusReason);
+            }
             guard->window()->activateWindow();
             guard->setFocus(Qt::MouseFocusReason);
         }
         // Without a window manager no window may ever become active; the keys then go there all the same.
+        return turns < 40 ? InputQueue::Step::Again : InputQueue::Step::Done;
+    });
+}
+
+void focus(QWindow* window)
+{
+    InputQueue::instance().post([guard = QPointer<QWindow>(window), turns = 0]() mutable {
+        if (!guard || guard->isActive())
+            return InputQueue::Step::Done;
+        if (turns++ == 0)
+            guard->requestActivate();
         return turns < 40 ? InputQueue::Step::Again : InputQueue::Step::Done;
     });
 }

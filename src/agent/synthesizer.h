@@ -19,11 +19,12 @@ namespace Torvix::Agent {
  */
 namespace Input {
 
-/** Where a mouse action goes: a widget and a place in it. */
+/** Where a mouse action goes: a widget, or a window without widgets, and a place in it. */
 struct Place
 {
     QPointer<QWidget> widget;
     QPoint position;
+    QPointer<QWindow> window = nullptr;
 };
 
 /**
@@ -38,6 +39,12 @@ void mouseRelease(const Place& place, Qt::MouseButton button, Qt::KeyboardModifi
 void click(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 void doubleClick(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 void drag(const Place& place, const QPoint& by, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+/**
+ * The button of the scripts' `MouseButton` constants, whose 2 and 4 are the middle and the right one, other
+ * than Qt's. Throws for a number that is none.
+ */
+Qt::MouseButton mouseButtonOf(int number);
+
 /** In steps of a mouse wheel; positive is up and right. */
 void wheel(const Place& place, const QPoint& steps, Qt::KeyboardModifiers modifiers);
 
@@ -56,6 +63,9 @@ void closeWindow(QWidget* window);
 
 /** The modal window that shuts `widget` off from input; null when none does. */
 QWidget* blockerOf(QWidget* widget);
+
+/** Gives the keyboard focus to a window without widgets. */
+void focus(QWindow* window);
 
 /** Where the pointer was put last, and what is pressed. */
 QPoint pointerPosition();

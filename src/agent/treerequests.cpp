@@ -38,7 +38,9 @@ void registerTreeRequests(Dispatcher& dispatcher)
         NameMatcher matcher(request.name);
         QObject* found = matcher.findFirst();
         if (!found)
-            throw Error(matcher.nearestMiss(), ErrorClass::NotFound);
+            throw Error(QStringLiteral("Object %1 not found. %2")
+                            .arg(NameMatcher::toText(request.name), matcher.nearestMiss()),
+                        ErrorClass::NotFound);
         return ObjectReply{referTo(found, session)};
     });
     dispatcher.on<FindAll>([](Session& session, const FindAll& request) {
@@ -48,10 +50,10 @@ void registerTreeRequests(Dispatcher& dispatcher)
         return NameReply{realNameOf(session.objects().objectAt(request.object))};
     });
     dispatcher.on<Children>([](Session& session, const Children& request) {
-        return referToAll(session.objects().objectAt(request.object)->children(), session);
+        return referToAll(childrenOf(session.objects().objectAt(request.object)), session);
     });
     dispatcher.on<Parent>([](Session& session, const Parent& request) {
-        return ObjectReply{referTo(session.objects().objectAt(request.object)->parent(), session)};
+        return ObjectReply{referTo(parentOf(session.objects().objectAt(request.object)), session)};
     });
     dispatcher.on<TopLevels>(
         [](Session& session, const TopLevels&) { return referToAll(topLevelObjects(), session); });

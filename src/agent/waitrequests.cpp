@@ -50,14 +50,19 @@ std::optional<QRect> boundsOf(QObject* object)
 class ObjectWait
 {
 public:
-    explicit ObjectWait(const WaitFor& request) : m_request(request) {}
+    /** `object` is null when it goes by the name. */
+    ObjectWait(const WaitFor& request, QObject* object) : m_request(request), m_object(object) {}
 
     bool check(Session& session, bool isLast, QByteArray* body)
     {
+        if (m_request.object != 0 && !m_object)
+            throw Error(QStringLiteral("the object has been destroyed"), ErrorClass::Destroyed);
         NameMatcher matcher(m_request.name);
         QObject* best = nullptr;
         quint32 failed = WaitExists;
-        for (QObject* object : matcher.findAll(20)) {
+        const QVector<QObject*> candidates =
+            m_object ? QVector<QObject*>{m_object} : matcher.findAll(maxCandidates);
+        for (QObject* object : candidates) {
             const quint32 missing = missingOf(object);
             if (!best || missing == 0) {
                 best = object;
@@ -126,22 +131,58 @@ private:
             .arg(describeObject(object), reasons.join(QStringLiteral("; ")));
     }
 
+    static constexpr int maxCandidates = 20;
+
     WaitFor m_request;
+    QPointer<QObject> m_object;
     QPointer<QObject> m_before;
     std::optional<QRect> m_boundsBefore;
 };
 
-/** Whether the item, or the action of a menu that is not open, can be used. */
+/** What a click on an item would have to go through. A menu that is not open is reached from its window. */
+QWidget* frontOf(QObject* container)
+{
+    auto* widget = qobject_cast<QWidget*>(container);
+    return widget && !widget->isVisible() && widget->windowType() == Qt::Popup ? widget->parentWidget()
+                                                                               : widget;
+}
+
+/** What keeps the item, or the action of a menu that is not open, from being used. */
 quint32 missingOfItem(const Value& item, QObject* container)
 {
     if (item.isNone())
         return WaitExists;
-    if (auto* action = qobject_cast<QAction*>(item.object()))
-        return action->isEnabled() ? 0 : quint32(WaitEnabled);
-    if (item.typeName == "QModelIndex" && !(item.data.toModelIndex().flags() & Qt::ItemIsEnabled))
-        return WaitEnabled;
-    auto* widget = qobject_cast<QWidget*>(container);
-    return widget && !widget->isVisible() ? quint32(WaitVisible) : 0;
+    const QWidget* widget = qobject_cast<QWidget*>(container);
+    auto* action = qobject_cast<QAction*>(item.object());
+    quint32 missing = 0;
+    if (!action && widget && !widget->isVisible())
+        missing |= WaitVisible;
+    if ((action && !action->isEnabled()) || (!action && widget && !widget->isEnabled()) ||
+        (item.typeName == "QModelIndex" && !(item.data.toModelIndex().flags() & Qt::ItemIsEnabled)))
+        missing |= WaitEnabled;
+    if (Input::blockerOf(frontOf(container)))
+        missing |= WaitNotBlocked;
+    return missing;
+}
+
+QString explainItem(const FindItem& request, QObject* container, quint32 failed)
+{
+    const QString item = request.path.isEmpty()
+                             ? QStringLiteral("%1, %2").arg(request.row).arg(request.column)
+                             : joinItemPath(request.path);
+    if (failed & WaitExists)
+        return QStringLiteral("%1 has no item '%2'. %3")
+            .arg(describeObject(container), item, itemsInstead(container, request.path));
+    QStringList reasons;
+    if (failed & WaitVisible)
+        reasons.append(QStringLiteral("is not visible"));
+    if (failed & WaitEnabled)
+        reasons.append(QStringLiteral("is disabled"));
+    if (failed & WaitNotBlocked)
+        reasons.append(QStringLiteral("cannot be reached: the modal window %1 is open")
+                           .arg(describeObject(Input::blockerOf(frontOf(container)))));
+    return QStringLiteral("The item '%1' of %2 %3.")
+        .arg(item, describeObject(container), reasons.join(QStringLiteral("; ")));
 }
 
 bool checkItem(Session& session, const FindItem& request, QObject* container, bool isLast, QByteArray* body)
@@ -159,16 +200,8 @@ bool checkItem(Session& session, const FindItem& request, QObject* container, bo
             showItem(itemViewOf(container), item.data.toModelIndex());
         reply.object = toReference(item, session.objects());
     }
-    const QString text = request.path.isEmpty()
-                             ? QStringLiteral("%1, %2").arg(request.row).arg(request.column)
-                             : joinItemPath(request.path);
-    if (failed == WaitExists)
-        reply.explanation = QStringLiteral("%1 has no item '%2'.").arg(describeObject(container), text);
-    else if (failed != 0)
-        reply.explanation =
-            QStringLiteral("The item '%1' of %2 is %3.")
-                .arg(text, describeObject(container),
-                     failed == WaitEnabled ? QStringLiteral("disabled") : QStringLiteral("not visible"));
+    if (failed != 0)
+        reply.explanation = explainItem(request, container, failed);
     *body = encode(reply);
     return true;
 }
@@ -178,7 +211,8 @@ bool checkItem(Session& session, const FindItem& request, QObject* container, bo
 void registerWaitRequests(Dispatcher& dispatcher)
 {
     dispatcher.onDeferred<WaitFor>([](Session& session, const WaitFor& request, const Responder& responder) {
-        auto wait = std::make_shared<ObjectWait>(request);
+        QObject* object = request.object != 0 ? session.objects().objectAt(request.object) : nullptr;
+        auto wait = std::make_shared<ObjectWait>(request, object);
         const auto weak = session.weak_from_this();
         const auto check = [wait, weak](bool isLast, QByteArray* body) {
             const auto strong = weak.lock();

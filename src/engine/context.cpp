@@ -77,14 +77,4 @@ Value Context::evaluate(ExecState* exec, const UString& expression) const
     return outcome.threw() ? Value() : value;
 }
 
-Object Context::swapCurrentObject(const Object& object)
-{
-    if (isNull())
-        return Object();
-    Object& place = Runtime::of(m_interpreter)->currentObjects()[m_frame];
-    const Object old = place;
-    place = object;
-    return old;
-}
-
 } // namespace KJS

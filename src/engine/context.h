@@ -46,9 +46,6 @@ public:
      */
     Value evaluate(ExecState* exec, const UString& expression) const;
 
-    /** A place that a debugger may use while it lists an object: sets it and returns the old one. */
-    Object swapCurrentObject(const Object& object);
-
 private:
     friend class ExecState;
     friend class Interpreter;

@@ -50,6 +50,7 @@ bool DeclaredFunctionImp::implementsConstruct() const
 
 Value DeclaredFunctionImp::call(ExecState* exec, Object& thisObject, const List& arguments)
 {
+    // Past the base class, whose functions are native. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     return ObjectImp::call(exec, thisObject, arguments);
 }
 

@@ -7,7 +7,7 @@ namespace KJS {
 Interpreter::Interpreter(const Object& global, const InterpreterOptions& options)
 {
     // in two steps: the runtime calls back while it is being made
-    d.reset(new Runtime(this, global, options));
+    d = std::make_unique<Runtime>(this, global, options);
 }
 
 Interpreter::~Interpreter() = default;
@@ -84,15 +84,14 @@ UString Interpreter::sourceName(int sourceId) const
     return source ? UString(source->url) : UString();
 }
 
-UString Interpreter::sourceText(int sourceId) const
-{
-    const Rewriting::SourceInfo* const source = d->script().sources().source(sourceId);
-    return source ? UString(source->text) : UString();
-}
-
 void Interpreter::setTimeLimit(int timeLimitMs)
 {
     d->setTimeLimit(timeLimitMs);
+}
+
+bool Interpreter::isStopping() const
+{
+    return d->shouldStop();
 }
 
 void Interpreter::interrupt()

@@ -84,9 +84,8 @@ public:
     int frameCount() const;
     ExecState* frameExec(int frame);
 
-    /** Name and text of a source, by its id; null strings when unknown. */
+    /** Name of a source, by its id; a null string when unknown. */
     UString sourceName(int sourceId) const;
-    UString sourceText(int sourceId) const;
 
     // Stopping ------------------------------------------------------------------------------------
 
@@ -99,6 +98,9 @@ public:
     void setTimeLimit(int timeLimitMs);
     /** Ends the running script in the same way, with "Script interrupted". Callable from any thread. */
     void interrupt();
+    /** Whether the running script is to end for either reason, which happens once script has run for
+     *  some time. A native function that waits asks for itself. */
+    bool isStopping() const;
 
     // The built-ins as they were made, whatever scripts do to the global names -----------------------
 

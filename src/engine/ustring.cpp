@@ -1,6 +1,9 @@
 #include "engine/ustring.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <iterator>
 
 namespace KJS {
 
@@ -9,20 +12,19 @@ namespace {
 /** The shortest digits that give the number back, and the decimal exponent: 0.d1d2... * 10^exponent. */
 QByteArray shortestDigits(double number, int* exponent)
 {
-    QByteArray text = QByteArray::number(number, 'e', 16);
-    for (int precision = 0; precision < 16; ++precision) {
-        const QByteArray shorter = QByteArray::number(number, 'e', precision);
-        if (shorter.toDouble() == number) {
-            text = shorter;
-            break;
-        }
-    }
-    const int mark = text.indexOf('e');
-    *exponent = text.mid(mark + 1).toInt() + 1;
-    QByteArray digits = text.left(mark);
-    digits.replace(".", "");
-    return digits;
+    char text[32];
+    const char* const end =
+        std::to_chars(std::begin(text), std::end(text), number, std::chars_format::scientific).ptr;
+    const char* const mark = std::find<const char*>(text, end, 'e');
+    const char* const power = mark[1] == '+' ? mark + 2 : mark + 1;
+    std::from_chars(power, end, *exponent);
+    ++*exponent;
+    QByteArray digits(text, static_cast<int>(mark - text));
+    return digits.size() > 1 ? digits.remove(1, 1) : digits; // the point
 }
+
+/** Beyond it a double may not hold every integer, and the text is not that of the integer. */
+constexpr double largestInteger = 9007199254740992.0;
 
 } // namespace
 
@@ -32,8 +34,8 @@ UString UString::from(double number)
         return UString("NaN");
     if (std::isinf(number))
         return UString(number > 0 ? "Infinity" : "-Infinity");
-    if (number == 0)
-        return UString("0");
+    if (std::fabs(number) < largestInteger && number == std::trunc(number))
+        return UString(QString::number(static_cast<qint64>(number)));
     int point = 0;
     QByteArray digits = shortestDigits(std::fabs(number), &point);
     const int count = digits.size();

@@ -7,13 +7,30 @@ namespace Torvix {
 
 using namespace Protocol;
 
+bool ApplicationModel::UnknownNames::contains(const QString& name)
+{
+    if (!m_names.isEmpty() && m_since.hasExpired(freshMs))
+        m_names.clear();
+    return m_names.contains(name);
+}
+
+void ApplicationModel::UnknownNames::insert(const QString& name)
+{
+    if (m_names.isEmpty())
+        m_since.start();
+    m_names.insert(name);
+}
+
 const Class* ApplicationModel::linkClass(const ClassLink& link)
 {
     if (const Class* builtin = Inspector::self()->builtinClass(link.id))
         return builtin;
     std::unique_ptr<Class>& entry = m_classes[link.id];
-    if (!entry)
+    if (!entry) {
         entry = std::make_unique<Class>(this, link.id, link.name);
+        m_unknownClasses.clear();
+        m_unknownNamespaces.clear();
+    }
     if (!link.name.isEmpty())
         m_classesByName.insert(link.name, entry.get());
     return entry.get();
@@ -74,11 +91,11 @@ const Class* ApplicationModel::classByName(const QString& name)
     ClassByName request;
     request.name = name;
     ClassReply reply;
-    if (!m_alive || name.isEmpty() || m_unknownNames.contains(name) || !call(request, &reply))
+    if (!m_alive || name.isEmpty() || m_unknownClasses.contains(name) || !call(request, &reply))
         return nullptr;
     const Class* found = adopt(reply);
     if (!found)
-        m_unknownNames.insert(name);
+        m_unknownClasses.insert(name);
     return found;
 }
 

@@ -115,17 +115,6 @@ bool ApplicationModel::accept(bool decoded)
     return decoded;
 }
 
-bool ApplicationModel::callBatch(const QVector<BatchItem>& requests, QVector<BatchResult>* results)
-{
-    Batch batch;
-    batch.requests = requests;
-    BatchReply reply;
-    if (!call(batch, &reply) || !accept(reply.results.size() == requests.size()))
-        return false;
-    *results = reply.results;
-    return true;
-}
-
 void ApplicationModel::flushReleases()
 {
     if (m_released.isEmpty() || !m_alive)
@@ -169,6 +158,13 @@ void ApplicationModel::takeLateReply(const Frame& frame)
         ValueReply late;
         if (decode(frame.body, &late))
             makeObject(late.value);
+        break;
+    }
+    case RequestNumber::GetProperties: {
+        PropertiesReply late;
+        if (decode(frame.body, &late))
+            for (const PropertyResult& result : qAsConst(late.results))
+                makeObject(result.value);
         break;
     }
     case RequestNumber::Find:
@@ -215,12 +211,8 @@ void ApplicationModel::takePush(const Frame& frame)
         return;
     }
     case PushNumber::GoingDown:
+        m_saidGoodbye = true;
         invalidateAll();
-        return;
-    case PushNumber::ClassesChanged:
-        m_unknownNames.clear();
-        m_unknownNamespaces.clear();
-        m_globalClassAsked = m_globalClass != nullptr;
         return;
     default:
         m_events.push_back(frame);
@@ -255,7 +247,6 @@ void ApplicationModel::deliverOne(const Frame& frame)
     EventHandled handled;
     EventCaptured captured;
     Picked picked;
-    Output output;
     // References are taken over even when nobody listens, so that they are given back.
     if (PushNumber(frame.number) == PushNumber::EventHandled && decode(frame.body, &handled)) {
         ObjectList arguments{makeObject(handled.object)};
@@ -270,9 +261,6 @@ void ApplicationModel::deliverOne(const Frame& frame)
     } else if (PushNumber(frame.number) == PushNumber::EventCaptured && decode(frame.body, &captured)) {
         if (m_listener)
             m_listener->eventCaptured(this, captured);
-    } else if (PushNumber(frame.number) == PushNumber::Output && decode(frame.body, &output)) {
-        if (m_listener)
-            m_listener->output(this, output.stream, output.text);
     }
 }
 

@@ -2,11 +2,12 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/modellink.h"
-#include "protocol/batchmessages.h"
 #include "protocol/classmessages.h"
+#include "protocol/codec.h"
 #include "protocol/greeting.h"
 #include "protocol/membermessages.h"
 
+#include <QElapsedTimer>
 #include <QSet>
 
 #include <deque>
@@ -58,6 +59,8 @@ public:
     bool isAlive() const { return m_alive; }
     /** Why it is not alive. */
     QString endReason() const { return m_endReason; }
+    /** Whether it said that it quits: an end without that is a crash, or a process that was killed. */
+    bool hasSaidGoodbye() const { return m_saidGoodbye; }
     /** Closes the connection; all references are invalidated, as with a death. */
     void detach(const QString& reason);
     /** Longest wait for an ordinary call. Default 60,000 ms. Not used by requests that wait. */
@@ -83,15 +86,13 @@ public:
         return call(request, &ignored);
     }
 
-    /** Several requests in one round trip; a result for each, in order. */
-    bool callBatch(const QVector<Protocol::BatchItem>& requests, QVector<Protocol::BatchResult>* results);
-
     /** The kind of the last failed call's error; None after a success. */
     LinkError lastLinkError() const { return m_lastLinkError; }
 
     /** Null for an unknown id, with the last error set. A built-in code gives the built-in type. */
     const Class* classById(int id);
-    /** Null when there is none (no error); misses are remembered until new classes appear. */
+    /** Null when there is none (no error). A miss is remembered for a second, or until an object of a
+     *  class appears that was not known. */
     const Class* classByName(const QString& name);
     const Namespace* namespaceByName(const QString& name);
     const Class* globalClass();
@@ -132,12 +133,27 @@ private:
     void invalidateAll();
     void noticeEnd();
     void flushReleases();
+    /** Names that the application did not know a moment ago. */
+    class UnknownNames
+    {
+    public:
+        bool contains(const QString& name);
+        void insert(const QString& name);
+        void clear() { m_names.clear(); }
+
+    private:
+        static constexpr qint64 freshMs = 1000;
+        QSet<QString> m_names;
+        QElapsedTimer m_since;
+    };
+
     const Class* adopt(const Protocol::ClassReply& reply);
 
     int m_id;
     std::unique_ptr<ModelLink> m_link;
     bool m_alive = true;
     QString m_endReason;
+    bool m_saidGoodbye = false;
     int m_callTimeoutMs = 60000;
     LinkError m_lastLinkError;
     InspectorListener* m_listener = nullptr;
@@ -145,8 +161,8 @@ private:
     std::map<int, std::unique_ptr<Class>> m_classes;
     QHash<QString, const Class*> m_classesByName;
     std::map<QString, std::unique_ptr<Namespace>> m_namespaces;
-    QSet<QString> m_unknownNames;
-    QSet<QString> m_unknownNamespaces;
+    UnknownNames m_unknownClasses;
+    UnknownNames m_unknownNamespaces;
     std::unique_ptr<Namespace> m_globalNamespace;
     const Class* m_globalClass = nullptr;
     bool m_globalClassAsked = false;

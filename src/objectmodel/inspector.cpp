@@ -81,7 +81,7 @@ void Inspector::processEvents(int timeoutMs)
     }
     if (timeoutMs != 0)
         ::poll(waiting.data(), waiting.size(), timeoutMs);
-    // A handler may start applications: no iterators here.
+    // A handler may start applications: no iterators here. NOLINTNEXTLINE(modernize-loop-convert)
     for (size_t i = 0; i < m_applications.size(); ++i)
         m_applications[i]->processEvents(0);
 }

@@ -36,7 +36,6 @@ public:
     /** What the user did while recording is on. */
     virtual void eventCaptured(ApplicationModel*, const Protocol::EventCaptured&) {}
     virtual void picked(ApplicationModel*, const SharedPtr<Object>&) {}
-    virtual void output(ApplicationModel*, Protocol::OutputStream, const QString& /*text*/) {}
     /** The application has gone; its references are invalidated already. */
     virtual void applicationEnded(ApplicationModel*, const QString& /*reason*/) {}
 };
@@ -130,14 +129,15 @@ public:
      * timeout the last error says which conditions failed, and why.
      */
     WaitResult waitForObject(const QString& name, int timeoutMs, quint32 conditions = Protocol::WaitReady);
+    /** The same for an object that was found before: it may have got another name meanwhile. */
+    WaitResult waitForObject(const SharedPtr<Object>& object, int timeoutMs,
+                             quint32 conditions = Protocol::WaitReady);
     /**
-     * An item by its path of texts from the top level down: "File.Open". A dot in a text is `\.`, a
-     * backslash `\\`.
+     * An item by its path of texts from the top level down: "File.Open"; Protocol::splitItemPath() has
+     * the syntax.
      */
     WaitResult waitForItem(const SharedPtr<Object>& container, const QString& itemPath, int timeoutMs);
     WaitResult waitForItem(const SharedPtr<Object>& container, int row, int column, int timeoutMs);
-    static QStringList splitItemPath(const QString& itemPath);
-    static QString joinItemPath(const QStringList& path);
 
     ObjectList children(const SharedPtr<Object>& object);
     /** Null without an error for a top-level object. */
@@ -147,7 +147,10 @@ public:
     SharedPtr<Object> objectAt(int x, int y);
     /** In device-independent pixels of the screen; invalid on failure. */
     QRect globalBounds(const SharedPtr<Object>& object);
-    /** A PNG file; empty on failure. The object may be null for the whole screen. */
+    /**
+     * A PNG file in the pixels of the device (see Protocol::pixelRatioKey); empty on failure. The
+     * object may be null for the whole screen.
+     */
     QByteArray grabScreenshot(const SharedPtr<Object>& object,
                               Protocol::ScreenshotArea area = Protocol::ScreenshotArea::Object);
     bool highlight(const SharedPtr<Object>& object, int durationMs);

@@ -1,5 +1,6 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
+#include "protocol/itempath.h"
 #include "protocol/lookupmessages.h"
 
 #include <QStringList>
@@ -28,6 +29,10 @@ bool Inspector::conditionsOf(const QString& name, NameConditions* conditions)
         real = map->objectName(name);
     else
         error = QStringLiteral("'%1' is neither a real name nor a symbolic name of the object map").arg(name);
+    if (error.isEmpty() && real.isEmpty())
+        error =
+            QStringLiteral("An empty name fits every object. (One entry that is undefined makes a name that "
+                           "a script gives as an object empty.)");
     if (error.isEmpty() && real.toConditions(map, conditions, &error))
         return true;
     m_lastError = error;
@@ -82,7 +87,7 @@ QString waitError(const QString& what, int timeoutMs, const WaitReply& reply)
     QString text =
         QStringLiteral("%1 %2 after %3 ms").arg(what, failedConditions(reply.failed)).arg(timeoutMs);
     if (!reply.explanation.isEmpty())
-        text += QLatin1String(": ") + reply.explanation;
+        text += QLatin1String(reply.failed & WaitExists ? ". " : ": ") + reply.explanation;
     return text;
 }
 
@@ -113,6 +118,22 @@ Inspector::WaitResult Inspector::waitForObject(const QString& name, int timeoutM
     return finishWait(answered, QStringLiteral("Object %1").arg(name), request.timeoutMs, reply);
 }
 
+Inspector::WaitResult Inspector::waitForObject(const SharedPtr<Object>& object, int timeoutMs,
+                                               quint32 conditions)
+{
+    WaitFor request;
+    request.conditions = conditions;
+    request.timeoutMs = qMax(0, timeoutMs);
+    WaitReply reply;
+    if (object && object->isNull())
+        m_lastError = QStringLiteral("A null %1 cannot be waited for").arg(object->className());
+    const bool answered = need() && object && !object->isNull() &&
+                          m_current->remoteId(object, &request.object) &&
+                          m_current->call(request, &reply, request.timeoutMs);
+    return finishWait(answered, QStringLiteral("The %1").arg(object ? object->className() : QString()),
+                      request.timeoutMs, reply);
+}
+
 Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container, FindItem request,
                                              const QString& what)
 {
@@ -140,30 +161,6 @@ Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container,
     request.column = column;
     request.timeoutMs = timeoutMs;
     return waitForItem(container, request, QStringLiteral("Item in row %1, column %2").arg(row).arg(column));
-}
-
-QStringList Inspector::splitItemPath(const QString& itemPath)
-{
-    QStringList path{QString()};
-    for (int i = 0; i < itemPath.size(); ++i) {
-        const QChar next = i + 1 < itemPath.size() ? itemPath[i + 1] : QChar();
-        if (itemPath[i] == QLatin1Char('.'))
-            path.append(QString());
-        else if (itemPath[i] == QLatin1Char('\\') && (next == QLatin1Char('.') || next == QLatin1Char('\\')))
-            path.last() += itemPath[++i];
-        else
-            path.last() += itemPath[i];
-    }
-    return path;
-}
-
-QString Inspector::joinItemPath(const QStringList& path)
-{
-    QStringList escaped;
-    for (QString text : path)
-        escaped.append(text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-                           .replace(QLatin1Char('.'), QLatin1String("\\.")));
-    return escaped.join(QLatin1Char('.'));
 }
 
 // -- relations and the screen

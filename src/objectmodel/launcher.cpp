@@ -13,8 +13,6 @@
 #include <QStandardPaths>
 #include <QThread>
 
-#include <csignal>
-
 namespace Torvix {
 
 using namespace Protocol;
@@ -29,6 +27,16 @@ constexpr int endMs = 500;
 constexpr int greetMs = 5000;
 constexpr int maxRefusals = 5;
 constexpr int shownLines = 5;
+
+bool isAsked(const std::function<bool()>& isStopping)
+{
+    return isStopping && isStopping();
+}
+
+QString stoppedText()
+{
+    return QStringLiteral("the test is being stopped");
+}
 
 QString findProgram(const QString& program)
 {
@@ -45,7 +53,11 @@ QString withOutput(const QString& problem, ProcessGroup* process)
         lines = process->lastLines(ProcessGroup::Stream::Output, shownLines);
     if (lines.isEmpty())
         return problem;
-    return problem + QLatin1String(". It last wrote:\n") + lines.join(QLatin1Char('\n'));
+    const QString output = lines.join(QLatin1Char('\n'));
+    const QString mend = output.contains(QLatin1String("could not connect to display"))
+                             ? QStringLiteral(" (without a screen, set QT_QPA_PLATFORM=offscreen)")
+                             : QString();
+    return problem + mend + QLatin1String(". It last wrote:\n") + output;
 }
 
 QProcessEnvironment environmentFor(const LaunchOptions& options, const QByteArray& token)
@@ -106,7 +118,7 @@ std::unique_ptr<Application> Application::start(const LaunchOptions& options, QS
         return nullptr;
     }
     application->m_commandLine = quotedCommand(program, options.arguments);
-    problem = application->waitForCall(options.timeoutMs);
+    problem = application->waitForCall(options);
     if (problem.isEmpty())
         return application;
     *error = prefix + problem;
@@ -114,7 +126,7 @@ std::unique_ptr<Application> Application::start(const LaunchOptions& options, QS
     return nullptr;
 }
 
-QString Application::waitForCall(int timeoutMs)
+QString Application::waitForCall(const LaunchOptions& options)
 {
     QElapsedTimer timer;
     timer.start();
@@ -127,9 +139,11 @@ QString Application::waitForCall(int timeoutMs)
             adoptSession();
             return QString();
         }
-        if (!m_process->isRunning() && m_process->members().isEmpty())
+        if (m_process->isGone())
             return withOutput(QStringLiteral("it %1 before its agent called back").arg(m_process->exitText()),
                               m_process.get());
+        if (isAsked(options.isStopping))
+            return stoppedText();
         const quint64 used = m_process->usedTime();
         if (used != lastUsed) {
             lastUsed = used;
@@ -138,11 +152,12 @@ QString Application::waitForCall(int timeoutMs)
         if (idle.elapsed() > noQtMs && m_process->members().size() == 1 &&
             !Injection::mayStillCall(m_process->pid()))
             return withOutput(Injection::processProblem({m_process->pid()}), m_process.get());
-        if (timer.elapsed() > timeoutMs) {
+        if (timer.elapsed() > options.timeoutMs) {
             const QString why = refused.isEmpty() ? Injection::processProblem(m_process->members()) : refused;
-            return withOutput(
-                QStringLiteral("its agent did not call back within %1 ms: %2").arg(timeoutMs).arg(why),
-                m_process.get());
+            return withOutput(QStringLiteral("its agent did not call back within %1 ms: %2")
+                                  .arg(options.timeoutMs)
+                                  .arg(why),
+                              m_process.get());
         }
     }
 }
@@ -161,7 +176,7 @@ QString Application::endText()
 {
     if (!m_process || !m_process->waitForEnd(endMs))
         return QString();
-    return withOutput(QStringLiteral("it %1").arg(m_process->exitText()), m_process.get());
+    return QStringLiteral("it %1").arg(m_process->exitText());
 }
 
 namespace {
@@ -179,7 +194,8 @@ QByteArray tokenFor(const QString& address, const QByteArray& given)
 } // namespace
 
 std::unique_ptr<Application> Application::attach(const QString& address, const QByteArray& token,
-                                                 int timeoutMs, QString* error)
+                                                 int timeoutMs, QString* error,
+                                                 const std::function<bool()>& isStopping)
 {
     QElapsedTimer timer;
     timer.start();
@@ -198,6 +214,10 @@ std::unique_ptr<Application> Application::attach(const QString& address, const Q
             application->m_session = Session::open(std::move(channel), shown, true, greetMs, &problem);
             ++refused;
         } else if (timer.elapsed() >= timeoutMs) {
+            break;
+        }
+        if (!application->m_session && isAsked(isStopping)) {
+            problem = stoppedText();
             break;
         }
         if (!application->m_session)
@@ -231,9 +251,10 @@ std::unique_ptr<ModelLink> Application::waitForChild(int timeoutMs)
 
 bool Application::isRunning()
 {
-    if (m_process)
-        return !m_process->members().isEmpty();
-    return m_pid > 0 && ::kill(pid_t(m_pid), 0) == 0;
+    // A program that was started may be one that starts the application in its turn.
+    if (m_process && m_process->pid() == m_pid)
+        return m_process->isRunning();
+    return m_pid > 0 && ProcessGroup::isAlive(int(m_pid));
 }
 
 QString Application::exitText()

@@ -5,6 +5,7 @@
 #include <QProcessEnvironment>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -27,6 +28,8 @@ struct LaunchOptions
     QString pluginDirectory;
     /** How long the agent may take to call back. */
     int timeoutMs = 20000;
+    /** Asked every few milliseconds meanwhile; true gives up. */
+    std::function<bool()> isStopping;
 };
 
 /**
@@ -46,10 +49,11 @@ public:
     /**
      * Attaches to an application that runs with TORVIX_AGENT_LISTEN.
      * @param address the value of that variable: a path or `host:port`
+     * @param isStopping as in LaunchOptions
      * @param token 32 hexadecimal digits; empty: TORVIX_AGENT_TOKEN, else the file `<path>.token`
      */
     static std::unique_ptr<Application> attach(const QString& address, const QByteArray& token, int timeoutMs,
-                                               QString* error);
+                                               QString* error, const std::function<bool()>& isStopping = {});
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
@@ -66,6 +70,7 @@ public:
     qint64 pid() const { return m_pid; }
     QString commandLine() const { return m_commandLine; }
     bool wasStarted() const { return m_process != nullptr; }
+    /** Whether the process with the agent runs, whatever it has started goes on or not. */
     bool isRunning();
     /** "exited with status 3", "killed by signal 9 (Killed)"; empty while it runs. */
     QString exitText();
@@ -82,7 +87,7 @@ public:
 private:
     Application();
 
-    QString waitForCall(int timeoutMs);
+    QString waitForCall(const LaunchOptions& options);
     void adoptSession();
     QString endText();
 

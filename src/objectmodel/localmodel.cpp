@@ -44,7 +44,6 @@ LocalModel::ClassBuilder LocalModel::addClass(const QString& name)
     added->info.namespaceName = name.section(QStringLiteral("::"), 0, -2);
     added->info.flags = IdentityClass;
     m_state->classes.push_back(std::move(added));
-    m_state->pushes.push_back(pushFrame(ClassesChanged()));
     return ClassBuilder(this, id);
 }
 
@@ -208,17 +207,17 @@ LocalModel::ClassBuilder& LocalModel::ClassBuilder::superClass(const QString& na
     return *this;
 }
 
-LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsTo(int classId, Call call)
+LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsTo(int classId, const Call& call)
 {
     m_model->data(m_id).info.convertibleTo.append(classId);
-    m_model->data(m_id).conversionsTo.insert(classId, std::move(call));
+    m_model->data(m_id).conversionsTo.insert(classId, call);
     return *this;
 }
 
-LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsFrom(int classId, Call call)
+LocalModel::ClassBuilder& LocalModel::ClassBuilder::convertsFrom(int classId, const Call& call)
 {
     m_model->data(m_id).info.convertibleFrom.append(classId);
-    m_model->data(m_id).conversionsFrom.insert(classId, std::move(call));
+    m_model->data(m_id).conversionsFrom.insert(classId, call);
     return *this;
 }
 

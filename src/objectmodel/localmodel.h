@@ -56,8 +56,8 @@ public:
                                  bool isFlag = false);
         ClassBuilder& superClass(const QString& name);
         /** Values of this class convert to that one; the call gets the value as its argument. */
-        ClassBuilder& convertsTo(int classId, Call call);
-        ClassBuilder& convertsFrom(int classId, Call call);
+        ClassBuilder& convertsTo(int classId, const Call& call);
+        ClassBuilder& convertsFrom(int classId, const Call& call);
         /** Made a value type: no identity, not found by name. */
         ClassBuilder& valueType();
 

@@ -35,6 +35,8 @@ void LocalModel::Answer::give(RequestNumber number, const QByteArray& body)
         return answer<NamespaceByName>(body);
     case RequestNumber::GetProperty:
         return answer<GetProperty>(body);
+    case RequestNumber::GetProperties:
+        return answer<GetProperties>(body);
     case RequestNumber::SetProperty:
         return answer<SetProperty>(body);
     case RequestNumber::CallMethod:
@@ -166,6 +168,17 @@ bool LocalModel::Answer::handle(const GetProperty& request, ValueReply* reply)
     if (!data || request.index < 0 || request.index >= data->getters.size() || !data->getters[request.index])
         return fail(ErrorClass::NoSuchObject, QStringLiteral("There is no such property"));
     return finish(data->getters[request.index](request.object), reply);
+}
+
+bool LocalModel::Answer::handle(const GetProperties& request, PropertiesReply* reply)
+{
+    for (const PropertyKey& key : request.properties) {
+        ValueReply value;
+        const bool isRead = handle(GetProperty{request.object, key.classId, key.index}, &value);
+        reply->results.append({isRead, value.value});
+    }
+    *m_error = LinkError();
+    return true;
 }
 
 bool LocalModel::Answer::handle(const SetProperty& request, Empty*)

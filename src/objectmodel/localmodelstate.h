@@ -99,6 +99,7 @@ private:
     bool handle(const Protocol::GlobalClass& request, Protocol::ClassReply* reply);
     bool handle(const Protocol::NamespaceByName& request, Protocol::NamespaceReply* reply);
     bool handle(const Protocol::GetProperty& request, Protocol::ValueReply* reply);
+    bool handle(const Protocol::GetProperties& request, Protocol::PropertiesReply* reply);
     bool handle(const Protocol::SetProperty& request, Protocol::Empty* reply);
     bool handle(const Protocol::CallMethod& request, Protocol::ValueReply* reply);
     bool handle(const Protocol::Construct& request, Protocol::ValueReply* reply);

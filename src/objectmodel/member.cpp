@@ -73,6 +73,34 @@ SharedPtr<Object> Property::get(const SharedPtr<Object>& object) const
     return application->makeObject(reply.value);
 }
 
+QVector<const Property*> Property::readable(const Class* objectClass)
+{
+    QVector<const Property*> found;
+    for (int index = 0; index < objectClass->numProperties(); ++index)
+        if (objectClass->property(index)->isReadable())
+            found.append(objectClass->property(index));
+    return found;
+}
+
+ObjectList Property::getAll(const SharedPtr<Object>& object, const QVector<const Property*>& properties)
+{
+    ObjectList values(properties.size());
+    ApplicationModel* application = properties.isEmpty() ? nullptr : applicationOf(properties.first());
+    Protocol::GetProperties request;
+    if (!application ||
+        !targetId(application, QStringLiteral("Reading properties"), false, object, &request.object))
+        return values;
+    for (const Property* property : properties)
+        request.properties.append({property->declaringClass()->id(), property->index()});
+    Protocol::PropertiesReply reply;
+    if (!application->call(request, &reply))
+        return values;
+    for (int i = 0; i < qMin(values.size(), reply.results.size()); ++i)
+        if (reply.results[i].isRead)
+            values[i] = application->makeObject(reply.results[i].value);
+    return values;
+}
+
 bool Property::set(const SharedPtr<Object>& object, const SharedPtr<Object>& value) const
 {
     ApplicationModel* application = applicationOf(this);

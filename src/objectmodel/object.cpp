@@ -5,6 +5,7 @@
 #include "protocol/lookupmessages.h"
 #include "protocol/membermessages.h"
 
+#include <QLocale>
 #include <QStringList>
 
 #include <cmath>

@@ -1,18 +1,23 @@
 #include "objectmodel/processgroup.h"
 
-#include <QDir>
+#include "objectmodel/groupguard.h"
+
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTextCodec>
 #include <QThread>
 #include <QVector>
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -64,13 +69,6 @@ int openStream(const QString& path)
 {
     return ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC,
                   0600);
-}
-
-bool isZombie(int pid)
-{
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
-    return line.isEmpty() || line.contains(") Z ") || line.contains(") X ");
 }
 
 QVector<QByteArray> environmentOf(const ProcessGroup::Command& command)
@@ -126,12 +124,20 @@ ProcessGroup::ProcessGroup(int pid, const Command& command)
     : m_pid(pid)
     , m_folder(command.folder)
     , m_mark(command.mark)
+    , m_guard(std::make_unique<GroupGuard>(command.mark, QFile::encodeName(command.folder)))
 {
 }
 
 ProcessGroup::~ProcessGroup()
 {
     stop(0);
+}
+
+bool ProcessGroup::isAlive(int pid)
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
+    return !line.isEmpty() && !line.contains(") Z ") && !line.contains(") X ");
 }
 
 bool ProcessGroup::isRunning()
@@ -144,11 +150,27 @@ bool ProcessGroup::isRunning()
 
 bool ProcessGroup::waitForEnd(int timeoutMs)
 {
+    if (!isRunning() || timeoutMs <= 0)
+        return !isRunning();
+    // Told by the kernel at once, or where it cannot, asked in steps.
+    const int handle = int(::syscall(SYS_pidfd_open, m_pid, 0));
     QElapsedTimer timer;
     timer.start();
-    while (isRunning() && timer.elapsed() < timeoutMs)
-        QThread::msleep(stepMs);
+    while (isRunning() && timer.elapsed() < timeoutMs) {
+        pollfd ending = {handle, POLLIN, 0};
+        ::poll(&ending, 1, handle < 0 ? stepMs : timeoutMs - int(timer.elapsed()));
+    }
+    if (handle >= 0)
+        ::close(handle);
     return !isRunning();
+}
+
+bool ProcessGroup::isGone()
+{
+    // Asked twice: a process that starts another and ends while the list is read may hide it.
+    if (!m_isGone)
+        m_isGone = !isRunning() && members().isEmpty() && members().isEmpty();
+    return m_isGone;
 }
 
 QString ProcessGroup::exitText()
@@ -158,9 +180,10 @@ QString ProcessGroup::exitText()
     if (WIFEXITED(*m_status))
         return QStringLiteral("exited with status %1").arg(WEXITSTATUS(*m_status));
     const int signal = WTERMSIG(*m_status);
+    const char* name = sigabbrev_np(signal);
     return QStringLiteral("was killed by signal %1 (%2)")
         .arg(signal)
-        .arg(QString::fromLocal8Bit(strsignal(signal)));
+        .arg(name ? QStringLiteral("SIG") + QLatin1String(name) : QString::fromLocal8Bit(strsignal(signal)));
 }
 
 quint64 ProcessGroup::usedTime() const
@@ -178,17 +201,15 @@ QVector<int> ProcessGroup::members()
     QVector<int> found;
     if (isRunning())
         found.append(m_pid);
-    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& name : processes) {
-        bool isProcess = false;
-        const int pid = name.toInt(&isProcess);
-        QFile environment(QStringLiteral("/proc/%1/environ").arg(name));
-        if (!isProcess || pid == m_pid || pid == getpid() || !environment.open(QIODevice::ReadOnly))
+    const std::unique_ptr<DIR, int (*)(DIR*)> processes(::opendir("/proc"), ::closedir);
+    while (const dirent* entry = processes ? ::readdir(processes.get()) : nullptr) {
+        const int pid = std::atoi(entry->d_name);
+        if (pid <= 0 || pid == m_pid || pid == getpid())
             continue;
-        // Of a process that is just ending this is empty, but its files are still open: one of the
-        // group counts until it is a zombie.
-        const QByteArray variables = environment.readAll();
-        if (variables.split('\0').contains(m_mark) || (getpgid(pid) == m_pid && !isZombie(pid)))
+        // Of a process that is just ending the environment is empty, but its files are still open: one
+        // of the group counts until it is a zombie.
+        if (GroupGuard::hasMark(pid, m_mark.constData(), std::size_t(m_mark.size())) ||
+            (getpgid(pid) == m_pid && isAlive(pid)))
             found.append(pid);
     }
     return found;
@@ -207,14 +228,17 @@ void ProcessGroup::signalAll(int signal)
 
 void ProcessGroup::stop(int graceMs)
 {
+    if (isGone())
+        return;
     QElapsedTimer timer;
     timer.start();
     if (graceMs > 0)
         signalAll(SIGTERM);
-    while (timer.elapsed() < graceMs && !members().isEmpty())
+    waitForEnd(graceMs);
+    while (timer.elapsed() < graceMs && !isGone())
         QThread::msleep(stepMs);
     // One that starts others while it is killed needs another round.
-    for (int round = 0; round < 10 && !members().isEmpty(); ++round) {
+    for (int round = 0; round < 10 && !isGone(); ++round) {
         signalAll(SIGKILL);
         waitForEnd(stepMs);
     }

@@ -10,9 +10,12 @@
 
 namespace Torvix {
 
+class GroupGuard;
+
 /**
  * A started process with everything that it starts in turn, found by its process group and by a
- * variable that they all inherit. Its output goes to files, so that it never waits for a reader.
+ * variable that they all inherit. Its output goes to files, so that it never waits for a reader. They
+ * all end with this object, and also when this process is killed.
  */
 class ProcessGroup
 {
@@ -38,6 +41,8 @@ public:
 
     int pid() const { return m_pid; }
     bool isRunning();
+    /** Whether no process of the group is left. */
+    bool isGone();
     /** Waits for the end of the first process. */
     bool waitForEnd(int timeoutMs);
     /** "exited with status 3", "was killed by signal 9 (Killed)"; empty while it runs. */
@@ -48,6 +53,8 @@ public:
 
     /** Processes of the group that run now, the first one included. */
     QVector<int> members();
+    /** True for a process that is there and no zombie. */
+    static bool isAlive(int pid);
     /** Asks them all to end, waits, and kills those that are left. */
     void stop(int graceMs);
 
@@ -64,7 +71,9 @@ private:
     int m_pid;
     QString m_folder;
     QByteArray m_mark;
+    std::unique_ptr<GroupGuard> m_guard;
     std::optional<int> m_status;
+    bool m_isGone = false;
     qint64 m_read[2] = {0, 0};
 };
 

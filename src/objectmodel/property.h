@@ -28,6 +28,14 @@ public:
      */
     SharedPtr<Object> get(const SharedPtr<Object>& object) const;
 
+    /**
+     * The values of several properties of one object, in their order and in one round trip. Null for
+     * those that cannot be read.
+     */
+    static ObjectList getAll(const SharedPtr<Object>& object, const QVector<const Property*>& properties);
+    /** Those of a class that can be read, the inherited ones too. */
+    static QVector<const Property*> readable(const Class* objectClass);
+
     /** The agent converts the value to the property's type. False on failure, last error set. */
     bool set(const SharedPtr<Object>& object, const SharedPtr<Object>& value) const;
 

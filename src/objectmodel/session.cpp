@@ -98,6 +98,14 @@ bool Session::receiveSome()
     return false;
 }
 
+void Session::close(const QString& reason)
+{
+    if (!m_channel)
+        return;
+    m_channel.reset();
+    m_closeReason = reason; // nobody needs to be asked why
+}
+
 void Session::fail(const QString& reason)
 {
     if (!m_channel)

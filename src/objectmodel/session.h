@@ -38,7 +38,7 @@ public:
                   LinkError* error) override;
     void post(Protocol::RequestNumber number, const QByteArray& body) override;
     void pump(int timeoutMs) override;
-    void close(const QString& reason) override { fail(reason); }
+    void close(const QString& reason) override;
     bool isOpen() const override { return m_channel != nullptr; }
     QString closeReason() const override { return m_closeReason; }
     int descriptor() const override { return m_channel ? m_channel->descriptor() : -1; }

@@ -15,8 +15,14 @@ struct Ping : Empty
 };
 
 /**
- * Functions by name, for what has no request of its own: "addToObjectMap" (real name as text,
- * symbolic name) lets the recorder name objects; "classNames" lists the known classes.
+ * Functions by name, for what has no request of its own: "classNames" lists the known classes;
+ * "addToObjectMap" (real name as text, symbolic name) tells of a new entry of the runner's object map.
+ * The agent takes no notice of it: it names objects by real names only, also while it records.
+ *
+ * Test data files, their names relative to the application's current folder: "testDataExists" (name)
+ * answers a Bool, "testDataRemove" (name) nothing. Contents are texts in base64 (RFC 4648):
+ * "testDataRead" (name, offset) answers a piece, empty at the end; "testDataWrite" (name, offset,
+ * piece, whether it is the last) answers the absolute path; the file is there with the last piece.
  */
 struct RemoteCall
 {
@@ -41,17 +47,6 @@ struct GoingDown
     static constexpr auto number = PushNumber::GoingDown;
     QString reason;
     TORVIX_WIRE_FIELDS(reason)
-};
-
-enum class OutputStream { StandardOutput = 1, StandardError = 2, Last = StandardError };
-
-/** A message of the application's own logging, where its streams cannot be captured (attach). */
-struct Output
-{
-    static constexpr auto number = PushNumber::Output;
-    OutputStream stream = OutputStream::StandardError;
-    QString text;
-    TORVIX_WIRE_FIELDS(stream, text)
 };
 
 } // namespace Torvix::Protocol

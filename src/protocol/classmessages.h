@@ -158,10 +158,4 @@ struct NamespaceByName
     TORVIX_WIRE_FIELDS(name)
 };
 
-/** Classes that were not there before: names that were unknown may be known now. */
-struct ClassesChanged : Empty
-{
-    static constexpr auto number = PushNumber::ClassesChanged;
-};
-
 } // namespace Torvix::Protocol

@@ -1,6 +1,10 @@
 #include "protocol/codec.h"
 
+#include <QTextCodec>
 #include <QtEndian>
+
+#include <algorithm>
+#include <cstring>
 
 namespace Torvix::Protocol {
 
@@ -9,6 +13,50 @@ namespace {
 constexpr int maxDepth = 64;
 
 enum MajorType { Unsigned = 0, Negative = 1, Bytes = 2, Text = 3, Array = 4, Simple = 7 };
+
+/** What stands before each item: its type and its value or length. */
+struct Head
+{
+    int majorType = 0;
+    int info = 0;
+    quint64 argument = 0;
+};
+
+constexpr int falseInfo = 20, trueInfo = 21, largestShort = 23, longestInfo = 27;
+
+/** Passes over a head; false when there is none of definite length before the end. */
+bool readHead(const uchar** at, const uchar* end, Head* head)
+{
+    if (*at == end)
+        return false;
+    head->majorType = **at >> 5;
+    head->info = *(*at)++ & 31;
+    head->argument = quint64(head->info);
+    if (head->info <= largestShort)
+        return true;
+    if (head->info > longestInfo)
+        return false;
+    const int size = 1 << (head->info - largestShort - 1);
+    if (end - *at < size)
+        return false;
+    head->argument = 0;
+    for (int i = 0; i < size; ++i)
+        head->argument = head->argument << 8 | *(*at)++;
+    return true;
+}
+
+void writeHead(QByteArray* out, int majorType, quint64 argument)
+{
+    const char type = char(majorType << 5);
+    if (argument <= largestShort) {
+        out->append(char(type | int(argument)));
+        return;
+    }
+    const int power = argument >> 32 ? 3 : argument >> 16 ? 2 : argument >> 8 ? 1 : 0;
+    out->append(char(type | (largestShort + 1 + power)));
+    for (int shift = (8 << power) - 8; shift >= 0; shift -= 8)
+        out->append(char(argument >> shift));
+}
 
 /** A forward scan over CBOR items that never looks behind the end. */
 class Scanner
@@ -24,28 +72,23 @@ public:
 
     bool skipItem(int depth)
     {
-        if (m_at == m_end || depth > maxDepth)
+        Head head;
+        if (depth > maxDepth || !readHead(&m_at, m_end, &head))
             return false;
-        const int major = *m_at >> 5;
-        const int info = *m_at & 31;
-        ++m_at;
-        quint64 argument = 0;
-        if (!readArgument(info, &argument))
-            return false;
-        switch (major) {
+        switch (head.majorType) {
         case Unsigned:
         case Negative:
-            return argument <= quint64(std::numeric_limits<qint64>::max());
+            return head.argument <= quint64(std::numeric_limits<qint64>::max());
         case Bytes:
         case Text:
-            if (argument > left())
+            if (head.argument > left())
                 return false;
-            m_at += argument;
+            m_at += head.argument;
             return true;
         case Array:
-            return skipArray(argument, depth);
+            return skipArray(head.argument, depth);
         case Simple:
-            return isKnownSimple(info);
+            return head.info == falseInfo || head.info == trueInfo || head.info == longestInfo;
         default:
             return false;
         }
@@ -53,22 +96,6 @@ public:
 
 private:
     quint64 left() const { return quint64(m_end - m_at); }
-
-    bool readArgument(int info, quint64* argument)
-    {
-        if (info < 24) {
-            *argument = quint64(info);
-            return true;
-        }
-        if (info > 27)
-            return false;
-        const int size = 1 << (info - 24);
-        if (left() < quint64(size))
-            return false;
-        for (int i = 0; i < size; ++i)
-            *argument = *argument << 8 | *m_at++;
-        return true;
-    }
 
     bool skipArray(quint64 count, int depth)
     {
@@ -81,15 +108,23 @@ private:
         return true;
     }
 
-    static bool isKnownSimple(int info)
-    {
-        constexpr int falseValue = 20, trueValue = 21, doubleFloat = 27;
-        return info == falseValue || info == trueValue || info == doubleFloat;
-    }
-
     const uchar* m_at;
     const uchar* m_end;
 };
+
+/** False for bytes that are no UTF-8. */
+bool readUtf8(const char* bytes, int size, QString* text)
+{
+    const bool isAscii = std::none_of(bytes, bytes + size, [](char byte) { return uchar(byte) >= 0x80; });
+    if (isAscii) {
+        *text = QString::fromLatin1(bytes, size);
+        return true;
+    }
+    static QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    *text = utf8->toUnicode(bytes, size, &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
 
 } // namespace
 
@@ -99,79 +134,134 @@ bool isWellFormed(const QByteArray& body)
     return scanner.skipItem(0) && scanner.atEnd();
 }
 
-qint64 Decoder::enter()
+void Encoder::put(const QString& value)
 {
-    if (!m_failed && m_reader.isArray() && m_reader.isLengthKnown()) {
-        const auto length = qint64(m_reader.length());
-        if (m_reader.enterContainer())
-            return length;
+    const QByteArray utf8 = value.toUtf8();
+    writeHead(m_out, Text, quint64(utf8.size()));
+    m_out->append(utf8);
+}
+
+void Encoder::put(const QByteArray& value)
+{
+    writeHead(m_out, Bytes, quint64(value.size()));
+    m_out->append(value);
+}
+
+void Encoder::putArrayHead(quint64 count)
+{
+    writeHead(m_out, Array, count);
+}
+
+void Encoder::putBool(bool value)
+{
+    writeHead(m_out, Simple, value ? trueInfo : falseInfo);
+}
+
+void Encoder::putDouble(double value)
+{
+    char bytes[1 + sizeof value] = {char(Simple << 5 | longestInfo)};
+    qToBigEndian(value, bytes + 1);
+    m_out->append(bytes, sizeof bytes);
+}
+
+void Encoder::putInteger(qint64 value)
+{
+    // A negative number n is told by -1 - n, which is what all its bits turned round are.
+    writeHead(m_out, value < 0 ? Negative : Unsigned, quint64(value < 0 ? ~value : value));
+}
+
+Decoder::Decoder(const QByteArray& bytes)
+    : m_at(reinterpret_cast<const uchar*>(bytes.constData()))
+    , m_end(m_at + bytes.size())
+{
+    m_left.append(1);
+}
+
+std::optional<quint64> Decoder::takeHead(int majorType)
+{
+    Head head;
+    if (!m_failed && m_left.last() > 0 && readHead(&m_at, m_end, &head) && head.majorType == majorType) {
+        --m_left.last();
+        return head.argument;
     }
     fail();
-    return -1;
+    return std::nullopt;
+}
+
+qint64 Decoder::enter()
+{
+    const std::optional<quint64> count = takeHead(Array);
+    if (!count)
+        return -1;
+    m_left.append(*count);
+    return qint64(*count);
 }
 
 void Decoder::leave()
 {
-    if (!m_failed && !m_reader.leaveContainer())
-        fail();
+    if (m_failed || m_left.last() > 0)
+        return fail();
+    m_left.removeLast();
 }
 
 qint64 Decoder::takeInteger(qint64 lowest, qint64 highest)
 {
-    if (!m_failed && m_reader.isInteger()) {
-        const qint64 value = m_reader.toInteger();
-        m_reader.next();
+    const bool isNegative = m_at != m_end && *m_at >> 5 == Negative;
+    if (const std::optional<quint64> argument = takeHead(isNegative ? Negative : Unsigned)) {
+        const qint64 value = isNegative ? ~qint64(*argument) : qint64(*argument);
         if (value >= lowest && value <= highest)
             return value;
+        fail();
     }
-    fail();
     return lowest;
 }
 
 bool Decoder::takeBool()
 {
-    if (!m_failed && m_reader.isBool()) {
-        const bool value = m_reader.toBool();
-        m_reader.next();
-        return value;
-    }
-    fail();
-    return false;
+    const bool isBool = m_at != m_end && (*m_at | 1) == (Simple << 5 | trueInfo);
+    if (!isBool)
+        fail();
+    return takeHead(Simple) == quint64(trueInfo);
 }
 
 double Decoder::takeDouble()
 {
-    if (!m_failed && m_reader.isDouble()) {
-        const double value = m_reader.toDouble();
-        m_reader.next();
-        return value;
+    const bool isDouble = m_at != m_end && *m_at == (Simple << 5 | longestInfo);
+    if (!isDouble)
+        fail();
+    const std::optional<quint64> bits = takeHead(Simple);
+    double value = 0;
+    if (bits)
+        std::memcpy(&value, &*bits, sizeof value);
+    return value;
+}
+
+const char* Decoder::takeBytes(int majorType, int* size)
+{
+    const std::optional<quint64> length = takeHead(majorType);
+    if (!length || *length > quint64(m_end - m_at)) {
+        fail();
+        return nullptr;
     }
-    fail();
-    return 0;
+    const auto* bytes = reinterpret_cast<const char*>(m_at);
+    *size = int(*length);
+    m_at += *length;
+    return bytes;
 }
 
 void Decoder::get(QString& value)
 {
-    if (m_failed || !m_reader.isString())
-        return fail();
-    auto chunk = m_reader.readString();
-    value = chunk.data;
-    while (chunk.status == QCborStreamReader::Ok)
-        chunk = m_reader.readString();
-    if (chunk.status != QCborStreamReader::EndOfString)
+    int size = 0;
+    const char* bytes = takeBytes(Text, &size);
+    if (bytes && !readUtf8(bytes, size, &value))
         fail();
 }
 
 void Decoder::get(QByteArray& value)
 {
-    if (m_failed || !m_reader.isByteArray())
-        return fail();
-    auto chunk = m_reader.readByteArray();
-    value = chunk.data;
-    while (chunk.status == QCborStreamReader::Ok)
-        chunk = m_reader.readByteArray();
-    if (chunk.status != QCborStreamReader::EndOfString)
-        fail();
+    int size = 0;
+    if (const char* bytes = takeBytes(Bytes, &size))
+        value = QByteArray(bytes, size);
 }
 
 void Decoder::get(QStringList& values)

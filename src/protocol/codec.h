@@ -1,14 +1,14 @@
 #pragma once
 
 #include <QByteArray>
-#include <QCborStreamReader>
-#include <QCborStreamWriter>
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVarLengthArray>
 #include <QVector>
 
 #include <limits>
+#include <optional>
 #include <type_traits>
 
 /**
@@ -27,6 +27,8 @@
  * A structure is an array with one item for each field; a list is an array; a QMap is an array of
  * [key, value] arrays; integers, booleans, doubles, texts and byte strings are themselves; an
  * enumeration is its number. All lengths are definite. Anything else is refused by decode().
+ *
+ * Each call of a script is encoded and decoded four times, so both directions work on plain memory.
  */
 #define TORVIX_WIRE_FIELDS(...)                                                                              \
     template <class Archive>                                                                                 \
@@ -61,56 +63,65 @@ bool isWellFormed(const QByteArray& body);
 class Encoder
 {
 public:
-    explicit Encoder(QByteArray* out) : m_writer(out) {}
+    explicit Encoder(QByteArray* out) : m_out(out) {}
 
     template <class... Fields>
     void operator()(const Fields&... values)
     {
-        m_writer.startArray(sizeof...(values));
+        putArrayHead(sizeof...(values));
         (put(values), ...);
-        m_writer.endArray();
     }
 
     template <class T>
     void put(const T& value)
     {
-        if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, double>)
-            m_writer.append(value);
+        if constexpr (std::is_same_v<T, bool>)
+            putBool(value);
+        else if constexpr (std::is_same_v<T, double>)
+            putDouble(value);
         else if constexpr (std::is_enum_v<T> || std::is_integral_v<T>)
-            m_writer.append(qint64(value));
+            putInteger(qint64(value));
         else
             value.fields(*this);
     }
-    void put(const QString& value) { m_writer.append(value); }
-    void put(const QByteArray& value) { m_writer.append(value); }
-    void put(const QStringList& values) { put(values.toVector()); }
+    void put(const QString& value);
+    void put(const QByteArray& value);
+    void put(const QStringList& values) { putList(values); }
     template <class T>
     void put(const QVector<T>& values)
     {
-        m_writer.startArray(quint64(values.size()));
-        for (const T& value : values)
-            put(value);
-        m_writer.endArray();
+        putList(values);
     }
     template <class T>
     void put(const QMap<QString, T>& values)
     {
-        m_writer.startArray(quint64(values.size()));
+        putArrayHead(quint64(values.size()));
         for (auto it = values.begin(); it != values.end(); ++it)
             (*this)(it.key(), it.value());
-        m_writer.endArray();
     }
 
 private:
-    QCborStreamWriter m_writer;
+    template <class List>
+    void putList(const List& values)
+    {
+        putArrayHead(quint64(values.size()));
+        for (const auto& value : values)
+            put(value);
+    }
+    void putArrayHead(quint64 count);
+    void putBool(bool value);
+    void putDouble(double value);
+    void putInteger(qint64 value);
+
+    QByteArray* m_out;
 };
 
 /** Every operation after the first failure does nothing; failed() tells at the end. */
 class Decoder
 {
 public:
-    /** The bytes must be well formed (see isWellFormed). */
-    explicit Decoder(const QByteArray& bytes) : m_reader(bytes) {}
+    /** The bytes must be well formed (see isWellFormed), and outlive this. */
+    explicit Decoder(const QByteArray& bytes);
 
     bool failed() const { return m_failed; }
 
@@ -177,7 +188,14 @@ public:
     double takeDouble();
 
 private:
-    QCborStreamReader m_reader;
+    /** Passes over the head of the next item; nothing, after a failure, unless it is of that type. */
+    std::optional<quint64> takeHead(int majorType);
+    /** The bytes of a byte string or a text. */
+    const char* takeBytes(int majorType, int* size);
+
+    const uchar* m_at;
+    const uchar* m_end;
+    QVarLengthArray<quint64, 8> m_left; ///< items that are still to come, in each entered array
     bool m_failed = false;
 };
 

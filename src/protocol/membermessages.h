@@ -26,6 +26,37 @@ struct GetProperty
     TORVIX_WIRE_FIELDS(object, classId, index)
 };
 
+struct PropertyKey
+{
+    int classId = 0;
+    int index = 0;
+    TORVIX_WIRE_FIELDS(classId, index)
+};
+
+struct PropertyResult
+{
+    bool isRead = false;
+    Value value;
+    TORVIX_WIRE_FIELDS(isRead, value)
+};
+
+struct PropertiesReply
+{
+    /** In the order of the request. */
+    QVector<PropertyResult> results;
+    TORVIX_WIRE_FIELDS(results)
+};
+
+/** Several properties of one object in one round trip; one that cannot be read does not stop the rest. */
+struct GetProperties
+{
+    static constexpr auto number = RequestNumber::GetProperties;
+    using Reply = PropertiesReply;
+    qint64 object = 0;
+    QVector<PropertyKey> properties;
+    TORVIX_WIRE_FIELDS(object, properties)
+};
+
 struct SetProperty
 {
     static constexpr auto number = RequestNumber::SetProperty;

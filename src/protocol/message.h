@@ -19,7 +19,6 @@
  * | eventmessages.h       | event handlers, events and input                                 |
  * | usermessages.h        | picking and recording                                            |
  * | applicationmessages.h | the application as a whole                                       |
- * | batchmessages.h       | several requests in one round trip                               |
  *
  * ## Bytes
  *
@@ -65,6 +64,7 @@ enum class RequestNumber : quint16 {
     Compare = 15,
     ToText = 16,
     Release = 17,
+    GetProperties = 18,
     Find = 20,
     FindAll = 21,
     RealName = 22,
@@ -84,8 +84,7 @@ enum class RequestNumber : quint16 {
     MouseAction = 43,
     Record = 44,
     RemoteCall = 50,
-    EnvironmentVariable = 51,
-    Batch = 52
+    EnvironmentVariable = 51
 };
 
 enum class PushNumber : quint16 {
@@ -93,8 +92,6 @@ enum class PushNumber : quint16 {
     EventHandled = 2,
     EventCaptured = 3,
     GoingDown = 4,
-    Output = 5,
-    ClassesChanged = 6,
     Picked = 7
 };
 

@@ -27,9 +27,12 @@ struct GlobalBounds
 
 enum class ScreenshotArea { Object = 0, Window = 1, Screen = 2, Last = Screen };
 
+/** Text in a PNG file: pixels of the device for one of the desktop; missing where that is 1. */
+constexpr char pixelRatioKey[] = "devicePixelRatio";
+
 struct ImageReply
 {
-    /** A PNG file. */
+    /** A PNG file in the pixels of the device, which on a scaled desktop are more than it has. */
     QByteArray png;
     TORVIX_WIRE_FIELDS(png)
 };

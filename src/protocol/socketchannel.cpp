@@ -1,5 +1,6 @@
 #include "protocol/channel.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <fcntl.h>
@@ -64,8 +65,16 @@ public:
 
     bool wait(Wait what, int timeoutMs) override
     {
-        pollfd entry{m_descriptor, short(what == Wait::Readable ? POLLIN : POLLOUT), 0};
-        return ::poll(&entry, 1, timeoutMs) > 0;
+        QElapsedTimer timer;
+        timer.start();
+        for (;;) {
+            const int left = timeoutMs < 0 ? -1 : int(qMax<qint64>(0, timeoutMs - timer.elapsed()));
+            pollfd entry{m_descriptor, short(what == Wait::Readable ? POLLIN : POLLOUT), 0};
+            const int ready = ::poll(&entry, 1, left);
+            // A signal, such as that of a helper process that ended, is no timeout.
+            if (ready >= 0 || errno != EINTR)
+                return ready > 0;
+        }
     }
 
     int descriptor() const override { return m_descriptor; }

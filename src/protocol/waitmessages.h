@@ -40,7 +40,9 @@ struct WaitFor
     NameConditions name;
     quint32 conditions = WaitReady;
     int timeoutMs = 0;
-    TORVIX_WIRE_FIELDS(name, conditions, timeoutMs)
+    /** That object, whatever its name; 0: by the name. */
+    qint64 object = 0;
+    TORVIX_WIRE_FIELDS(name, conditions, timeoutMs, object)
 };
 
 /**

@@ -1,12 +1,19 @@
 #include "runner/applications.h"
 
+#include "protocol/channel.h"
+#include "runner/processfacts.h"
+
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 
 #include <algorithm>
 #include <csignal>
+
+#include <sys/wait.h>
 
 namespace Torvix {
 
@@ -15,12 +22,6 @@ namespace {
 SharedPtr<ApplicationContext> noContext()
 {
     return new ApplicationContext;
-}
-
-/** An application that ended by itself with status 0 has done what it was asked to. */
-bool isCrash(const QString& ending)
-{
-    return !ending.contains(QLatin1String("status 0"));
 }
 
 } // namespace
@@ -35,13 +36,13 @@ Applications::~Applications()
 QString Applications::findProgram(const QString& name) const
 {
     if (name.contains(QLatin1Char('/')))
-        return QDir::current().absoluteFilePath(name);
+        return QDir::cleanPath(QDir::current().absoluteFilePath(name));
     for (const QString& folder : m_settings.folders) {
         const QFileInfo candidate(QDir(folder), name);
         if (candidate.isFile() && candidate.isExecutable())
             return candidate.absoluteFilePath();
     }
-    return name;
+    return QStandardPaths::findExecutable(name);
 }
 
 QString Applications::freeName(const QString& wanted) const
@@ -69,7 +70,7 @@ SharedPtr<ApplicationContext> Applications::add(std::unique_ptr<Application> pro
     added.context->commandLine = commandLine;
     added.context->connection = added.model->id();
     added.context->protocolVersion = peer.major;
-    added.context->startTime = QDateTime::currentDateTime();
+    added.context->startTime = processStart(peer.pid);
     const QByteArray greeting = peer.applicationName.toUtf8() + '\n';
     added.context->greeting.assign(greeting.begin(), greeting.end());
     Inspector::self()->setCurrent(added.model);
@@ -85,9 +86,22 @@ SharedPtr<ApplicationContext> Applications::start(const QString& command, int ti
         return noContext();
     }
     LaunchOptions options;
-    options.program = findProgram(parts.takeFirst());
+    const QString program = parts.takeFirst();
+    options.program = findProgram(program);
+    if (options.program.isEmpty()) {
+        *error = QStringLiteral("Cannot start %1: there is no such program in %2; give its path, or add its "
+                                "folder to %3")
+                     .arg(program,
+                          m_settings.folders.isEmpty()
+                              ? QStringLiteral("PATH")
+                              : m_settings.folders.join(QLatin1String(", ")) + QLatin1String(" or PATH"),
+                          m_settings.isSuite ? QStringLiteral("ApplicationFolders in suite.ini")
+                                             : QStringLiteral("PATH"));
+        return noContext();
+    }
     options.arguments = parts;
     options.timeoutMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
+    options.isStopping = m_settings.isStopping;
     for (const QString& variable : m_settings.environment)
         options.environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
     std::unique_ptr<Application> process = Application::start(options, error);
@@ -104,38 +118,55 @@ SharedPtr<ApplicationContext> Applications::start(const QString& command, int ti
 
 void Applications::killAll()
 {
+    m_killed = true;
     const std::lock_guard<std::mutex> lock(m_pidMutex);
-    for (const qint64 pid : m_startedPids)
-        kill(pid_t(pid), SIGKILL);
+    for (const qint64 pid : m_startedPids) {
+        // The id of one that has ended and was waited for may be another's by now.
+        siginfo_t state;
+        if (waitid(P_PID, id_t(pid), &state, WEXITED | WNOHANG | WNOWAIT) == 0)
+            kill(pid_t(pid), SIGKILL);
+    }
     m_startedPids.clear();
 }
 
 SharedPtr<ApplicationContext> Applications::attach(const QString& address, int timeoutMs, QString* error)
 {
-    std::unique_ptr<Application> process = Application::attach(
-        address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs, error);
+    std::unique_ptr<Application> process =
+        Application::attach(address, QByteArray(), timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs,
+                            error, m_settings.isStopping);
     if (!process)
         return noContext();
     std::unique_ptr<ModelLink> link = process->takeLink();
     const QString commandLine = process->commandLine();
-    return add(std::move(process), std::move(link), commandLine);
+    const SharedPtr<ApplicationContext> context = add(std::move(process), std::move(link), commandLine);
+    QString host;
+    quint16 port = 0;
+    if (Protocol::isTcpAddress(address, &host, &port)) {
+        m_entries.back().host = host;
+        m_entries.back().port = port;
+    }
+    return context;
 }
 
 SharedPtr<ApplicationContext> Applications::waitForLaunch(int timeoutMs, QString* error)
 {
-    constexpr int sliceMs = 50;
+    constexpr int sliceMs = 20;
     const int limitMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
-    int waitedMs = 0;
+    const auto canLaunch = [](const Entry& each) { return each.process && each.process->wasStarted(); };
+    if (std::none_of(m_entries.begin(), m_entries.end(), canLaunch)) {
+        *error = QStringLiteral("No application was started that could launch another one");
+        return noContext();
+    }
+    QElapsedTimer timer;
+    timer.start();
     do {
         for (Entry& each : m_entries) {
-            if (!each.process || !each.process->wasStarted())
+            if (!canLaunch(each))
                 continue;
-            if (std::unique_ptr<ModelLink> link =
-                    each.process->waitForChild(std::min(sliceMs, limitMs - waitedMs)))
+            if (std::unique_ptr<ModelLink> link = each.process->waitForChild(sliceMs))
                 return add(nullptr, std::move(link), QString());
         }
-        waitedMs += sliceMs;
-    } while (waitedMs < limitMs && !m_entries.empty());
+    } while (timer.elapsed() < limitMs && !(m_settings.isStopping && m_settings.isStopping()));
     *error = QStringLiteral("No application was launched within %1 ms").arg(limitMs);
     return noContext();
 }
@@ -146,7 +177,7 @@ bool Applications::detach(const SharedPtr<ApplicationContext>& context)
     if (!found || !found->model->isAlive())
         return false;
     found->endTold = true;
-    found->model->detach(QStringLiteral("The application was detached from"));
+    found->model->detach(QStringLiteral("it was detached from"));
     context->connection = -1;
     return true;
 }
@@ -201,8 +232,10 @@ bool Applications::isRunning(const SharedPtr<ApplicationContext>& context)
     Entry* found = entry(context);
     if (!found)
         return false;
-    return found->process && found->process->wasStarted() ? found->process->isRunning()
-                                                          : found->model->isAlive();
+    if (found->process && found->process->wasStarted())
+        return found->process->isRunning();
+    // Of another machine the connection is all there is to know.
+    return found->port != 0 ? found->model->isAlive() : isProcessRunning(found->model->peer().pid);
 }
 
 qint64 Applications::pid(const SharedPtr<ApplicationContext>& context) const
@@ -223,6 +256,18 @@ ApplicationModel* Applications::model(const SharedPtr<ApplicationContext>& conte
     return found ? found->model : nullptr;
 }
 
+QString Applications::host(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->host : QString();
+}
+
+int Applications::port(const SharedPtr<ApplicationContext>& context) const
+{
+    const Entry* found = entry(context);
+    return found ? found->port : 0;
+}
+
 ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) const
 {
     ApplicationReport report;
@@ -231,11 +276,23 @@ ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) co
     report.ending = reason;
     if (entry.process && entry.process->wasStarted()) {
         const QString exitText = entry.process->exitText();
-        if (!exitText.isEmpty())
+        if (m_killed)
+            report.ending = QStringLiteral("ended by the runner");
+        else if (!exitText.isEmpty())
             report.ending = exitText;
         report.output = entry.process->lastOutput();
+    } else if (entry.model->hasSaidGoodbye()) {
+        report.ending = QStringLiteral("quit");
     }
     return report;
+}
+
+bool Applications::isCrash(const Entry& entry)
+{
+    // Of another's child there is no exit status, but one that quits says so.
+    return entry.process && entry.process->wasStarted()
+               ? entry.process->exitText() != QLatin1String("exited with status 0")
+               : !entry.model->hasSaidGoodbye();
 }
 
 void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
@@ -247,7 +304,7 @@ void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
         each.context->connection = -1;
         const ApplicationReport report = reportOf(each, reason);
         if (m_endHandler)
-            m_endHandler(report, isCrash(report.ending));
+            m_endHandler(report, !m_killed && isCrash(each));
     }
 }
 

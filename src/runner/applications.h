@@ -8,6 +8,7 @@
 
 #include <QStringList>
 
+#include <atomic>
 #include <functional>
 #include <list>
 #include <memory>
@@ -22,6 +23,9 @@ struct ApplicationSettings
     QStringList folders;     ///< searched before PATH
     QStringList environment; ///< "NAME=value"
     int startTimeoutMs = 20'000;
+    bool isSuite = false; ///< they are those of a suite.ini, for errors
+    /** Asked while one is waited for; true gives up. */
+    std::function<bool()> isStopping;
 };
 
 /**
@@ -31,7 +35,7 @@ struct ApplicationSettings
 class Applications
 {
 public:
-    /** Told when an application has gone that nobody asked to end. */
+    /** Told when an application has gone by itself, or by killAll(), which is no crash. */
     using EndHandler = std::function<void(const ApplicationReport& report, bool crashed)>;
 
     explicit Applications(ApplicationSettings settings);
@@ -61,6 +65,9 @@ public:
     /** Null when the context has none: it was attached to, or is unknown. */
     Application* process(const SharedPtr<ApplicationContext>& context) const;
     ApplicationModel* model(const SharedPtr<ApplicationContext>& context) const;
+    /** Where the connection goes to: this machine and 0 unless it is one by TCP; empty for an unknown one. */
+    QString host(const SharedPtr<ApplicationContext>& context) const;
+    int port(const SharedPtr<ApplicationContext>& context) const;
 
     /** Takes in that an application has gone; called by whoever listens to the inspector. */
     void noticeEnd(ApplicationModel* model, const QString& reason);
@@ -75,6 +82,8 @@ private:
         SharedPtr<ApplicationContext> context;
         std::unique_ptr<Application> process;
         ApplicationModel* model = nullptr;
+        QString host = QStringLiteral("localhost");
+        int port = 0;
         bool endTold = false;
     };
 
@@ -83,12 +92,15 @@ private:
     SharedPtr<ApplicationContext> add(std::unique_ptr<Application> process, std::unique_ptr<ModelLink> link,
                                       const QString& commandLine);
     QString freeName(const QString& wanted) const;
+    /** Empty when a name without '/' is nowhere. */
     QString findProgram(const QString& name) const;
     ApplicationReport reportOf(Entry& entry, const QString& reason) const;
+    static bool isCrash(const Entry& entry);
 
     ApplicationSettings m_settings;
     EndHandler m_endHandler;
     std::vector<Entry> m_entries;
+    std::atomic<bool> m_killed{false}; ///< by killAll(): an end is then no crash
     std::mutex m_pidMutex;
     std::vector<qint64> m_startedPids;
 };

@@ -52,12 +52,12 @@ QString CaseRunner::workingDirectory(SharedPtr<ApplicationContext> context)
 
 QString CaseRunner::host(SharedPtr<ApplicationContext> context)
 {
-    return m_applications.model(context) ? QStringLiteral("localhost") : QString();
+    return m_applications.host(context);
 }
 
-int CaseRunner::port(SharedPtr<ApplicationContext>)
+int CaseRunner::port(SharedPtr<ApplicationContext> context)
 {
-    return 0; // the connection is a local socket
+    return m_applications.port(context);
 }
 
 bool CaseRunner::isRunning(SharedPtr<ApplicationContext> context)
@@ -68,7 +68,11 @@ bool CaseRunner::isRunning(SharedPtr<ApplicationContext> context)
 bool CaseRunner::isFrozen(SharedPtr<ApplicationContext> context, int seconds)
 {
     ApplicationModel* model = m_applications.model(context);
-    return model && model->isAlive() && !Inspector::self()->ping(model, seconds * 1000);
+    constexpr int maxSecs = 1'000'000;
+    if (!model || !model->isAlive())
+        return false;
+    // One that has just gone does not answer either.
+    return !Inspector::self()->ping(model, qBound(0, seconds, maxSecs) * 1000) && model->isAlive();
 }
 
 int CaseRunner::processId(SharedPtr<ApplicationContext> context)

@@ -5,9 +5,9 @@
 #include "objectmodel/objectmap.h"
 #include "runner/objecttree.h"
 #include "runner/plugin.h"
-#include "runner/watchdog.h"
 #include "testsupport/objectfunctions.h"
 #include "testsupport/report/resultstream.h"
+#include "testsupport/screenshots.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -52,13 +52,12 @@ QStringList homeVariables(const QString& home)
             QStringLiteral("XDG_CACHE_HOME=") + home + QStringLiteral("/.cache")};
 }
 
-ApplicationSettings applicationSettings(const SuiteSettings& settings)
+QString endText(const ApplicationReport& report)
 {
-    ApplicationSettings result;
-    result.folders = settings.applicationFolders;
-    result.environment = settings.environment;
-    result.startTimeoutMs = settings.startTimeoutSecs * 1000;
-    return result;
+    const bool isStatus = report.ending.startsWith(QLatin1String("was killed")) ||
+                          report.ending.startsWith(QLatin1String("exited"));
+    return QStringLiteral("The application '%1' %2")
+        .arg(report.name, isStatus ? report.ending : QStringLiteral("has gone: ") + report.ending);
 }
 
 } // namespace
@@ -72,13 +71,25 @@ CaseRunner::CaseRunner(const Suite& suite, const TestCase& testCase, const Langu
     , m_watchdog(watchdog)
     , m_options(std::move(options))
     , m_result(stream, m_options.outputFolder)
-    , m_applications(applicationSettings(suite.settings))
+    , m_applications(applicationSettings())
 {
     if (m_options.timeoutSecs == 0)
         m_options.timeoutSecs = testCase.timeoutSecs ? testCase.timeoutSecs : suite.settings.caseTimeoutSecs;
+    m_result.setUpdatesVerificationPoints(m_options.updatesVerificationPoints);
 }
 
 CaseRunner::~CaseRunner() = default;
+
+ApplicationSettings CaseRunner::applicationSettings()
+{
+    ApplicationSettings result;
+    result.folders = m_suite.settings.applicationFolders;
+    result.environment = m_suite.settings.environment;
+    result.startTimeoutMs = m_suite.settings.startTimeoutSecs * 1000;
+    result.isSuite = true;
+    result.isStopping = [this] { return m_watchdog->reason() != Watchdog::Reason::None; };
+    return result;
+}
 
 CaseOutcome CaseRunner::run()
 {
@@ -96,18 +107,18 @@ CaseOutcome CaseRunner::run()
         m_applications.setEndHandler([this](const ApplicationReport& report, bool crashed) {
             m_stream->applicationEnded(report);
             if (crashed)
-                m_result.add(
-                    ResultType::Error,
-                    QStringLiteral("The application '%1' has gone: %2").arg(report.name, report.ending),
-                    report.output, LineInfo());
+                m_result.add(ResultType::Error, endText(report), report.output, scriptPlace());
         });
         runScript();
         const bool failed =
             m_result.outcome() == CaseOutcome::Failed || m_result.outcome() == CaseOutcome::Error;
-        if (failed)
+        if (failed) {
             recordObjectTree();
+            keepScreen();
+        }
         Inspector::self()->processEvents(0);
     }
+    m_result.finish();
     for (const ApplicationReport& report : m_applications.stopAll())
         m_stream->applicationEnded(report);
     ObjectMap::self()->clear();
@@ -127,7 +138,7 @@ void CaseRunner::runScript()
         return;
     }
     QTemporaryDir home;
-    ApplicationSettings settings = applicationSettings(m_suite.settings);
+    ApplicationSettings settings = applicationSettings();
     if (m_suite.settings.ownHome)
         settings.environment += homeVariables(home.path());
     m_applications.setSettings(settings);
@@ -143,7 +154,7 @@ void CaseRunner::runScript()
         m_applications.killAll(); // a call that waits for an application ends with it
     });
     evaluateAndCallMain(QString::fromUtf8(script.readAll()));
-    reportEnding(int(m_watchdog->unwatch()));
+    reportEnding(m_watchdog->unwatch());
     m_interpreter.reset();
 }
 
@@ -168,23 +179,40 @@ void CaseRunner::evaluateAndCallMain(const QString& code)
 void CaseRunner::reportScriptError()
 {
     // A test outcome that ended the script leaves no message: it has been reported already.
-    if (m_interpreter->errorMessage().isEmpty() || m_watchdog->isInterrupted())
+    if (m_interpreter->errorMessage().isEmpty())
         return;
     QStringList callers;
     for (const LineInfo& frame : m_interpreter->errorCallStack())
         callers += QStringLiteral("at %1:%2").arg(frame.file, QString::number(frame.line));
-    m_result.add(ResultType::Error, m_interpreter->errorMessage(), callers.join(QLatin1Char('\n')),
-                 {m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()});
+    if (callers.size() == 1)
+        callers.clear(); // the place of the error says it
+    const LineInfo place{m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()};
+    const QString stack = callers.join(QLatin1Char('\n'));
+    if (m_watchdog->reason() == Watchdog::Reason::None) {
+        m_result.add(ResultType::Error, m_interpreter->errorMessage(), stack, place);
+    } else if (m_stopPlace.file.isEmpty()) {
+        // Whatever failed did so because the script and its applications were stopped.
+        m_stopPlace = place;
+        m_stopCallers = stack;
+    }
 }
 
-void CaseRunner::reportEnding(int reason)
+LineInfo CaseRunner::scriptPlace() const
 {
-    if (reason == int(Watchdog::Reason::Timeout))
-        m_result.add(ResultType::Error,
-                     QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs),
-                     QString(), {m_case.script, 0});
-    else if (reason == int(Watchdog::Reason::Interrupt))
-        m_result.add(ResultType::Error, QStringLiteral("Interrupted"), QString(), {m_case.script, 0});
+    const Debugger* debugger = Debugger::self();
+    const std::vector<LineInfo> stack = debugger ? debugger->callStack() : std::vector<LineInfo>();
+    return stack.empty() ? LineInfo() : stack.front();
+}
+
+void CaseRunner::reportEnding(Watchdog::Reason reason)
+{
+    if (reason == Watchdog::Reason::None)
+        return;
+    const bool isTimeout = reason == Watchdog::Reason::Timeout;
+    m_result.add(ResultType::Error,
+                 isTimeout ? QStringLiteral("The test case took longer than %1 s").arg(m_options.timeoutSecs)
+                           : QStringLiteral("Interrupted"),
+                 m_stopCallers, m_stopPlace.file.isEmpty() ? LineInfo{m_case.script, 0} : m_stopPlace);
 }
 
 void CaseRunner::recordObjectTree()
@@ -195,6 +223,29 @@ void CaseRunner::recordObjectTree()
     const QString tree = objectTreeText();
     if (!tree.isEmpty())
         m_stream->objectTree(tree);
+}
+
+void CaseRunner::grabScreen()
+{
+    const ApplicationModel* current = Inspector::self()->current();
+    QString ignored; // it is an extra: the test case fails for what it fails
+    if (m_screen.isNull() && current && current->isAlive())
+        m_screen = grabDesktop(&ignored);
+}
+
+void CaseRunner::keepScreen()
+{
+    grabScreen();
+    const QString file =
+        m_screen.isNull() ? QString() : m_result.newOutputFile(QStringLiteral("failure.png"));
+    const QString title = QStringLiteral("The screen at the failure");
+    QString error;
+    if (!file.isEmpty() && savePng(m_screen, file, &error))
+        m_result.add(ResultType::Log, title, QString(), LineInfo(),
+                     {{file, QStringLiteral("image/png"), title}});
+    else if (!error.isEmpty())
+        m_result.add(ResultType::Warning, QStringLiteral("No screenshot of the failure: ") + error, QString(),
+                     LineInfo());
 }
 
 SharedPtr<ApplicationContext> CaseRunner::startApplication(const QString& application, const QString& host,
@@ -254,6 +305,7 @@ void CaseRunner::reportFailedLookup(const QString&, const QString&, QString*)
     Inspector* inspector = Inspector::self();
     const QString error = inspector->lastError();
     recordObjectTree();
+    grabScreen();
     inspector->setLastError(error);
 }
 

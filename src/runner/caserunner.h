@@ -4,7 +4,10 @@
 #include "objectmodel/inspector.h"
 #include "runner/applications.h"
 #include "runner/suite.h"
+#include "runner/watchdog.h"
 #include "testsupport/testresult.h"
+
+#include <QImage>
 
 #include <memory>
 
@@ -13,7 +16,6 @@ namespace Torvix {
 class Interpreter;
 class LanguagePlugin;
 class ResultStreamWriter;
-class Watchdog;
 
 /**
  * Runs one test case once: an interpreter of its own in the case's folder, applications that end
@@ -29,6 +31,8 @@ public:
         /** 0: what the case or its suite says. */
         int timeoutSecs = 0;
         int attempt = 1;
+        /** Verification points that do not hold are renewed. */
+        bool updatesVerificationPoints = false;
     };
 
     /** All are borrowed and have to outlive it. */
@@ -43,8 +47,13 @@ private:
     void runScript();
     void evaluateAndCallMain(const QString& code);
     void reportScriptError();
-    void reportEnding(int reason);
+    /** Where the script is; no file when none runs. */
+    LineInfo scriptPlace() const;
+    void reportEnding(Watchdog::Reason reason);
     void recordObjectTree();
+    ApplicationSettings applicationSettings();
+    void grabScreen();
+    void keepScreen();
 
     // RunnerInterface
     SharedPtr<ApplicationContext> startApplication(const QString& application, const QString& host, int port,
@@ -94,7 +103,10 @@ private:
     TestResult m_result;
     Applications m_applications;
     std::unique_ptr<Interpreter> m_interpreter;
+    LineInfo m_stopPlace; ///< where the script was when its time was over
+    QString m_stopCallers;
     bool m_treeRecorded = false;
+    QImage m_screen; ///< at the first thing that went wrong; kept when the test case fails
 };
 
 } // namespace Torvix

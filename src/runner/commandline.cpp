@@ -1,5 +1,6 @@
 #include "runner/commandline.h"
 
+#include "runner/nearestname.h"
 #include "testsupport/report/reporters.h"
 
 #include <QRegularExpression>
@@ -27,17 +28,46 @@ struct VerbHelp
     const char* name;
     const char* usage;
     const char* summary;
+    const char* examples;
+    const char* exitStatus;
 };
 
 constexpr VerbHelp verbs[] = {
-    {Verb::Run, "run", "run [options] SUITE_OR_TEST...", "run test cases and make reports"},
-    {Verb::List, "list", "list [options] SUITE_OR_TEST...", "show the test cases that run would run"},
+    {Verb::Run, "run", "run [options] SUITE_OR_TEST...", "run test cases and make reports",
+     "  torvixrunner run suite_shop\n"
+     "  torvixrunner run suite_shop/tst_login --repeat-each 20 --max-failures 1\n"
+     "  torvixrunner run suite_shop --tags smoke --retries 1 --reporter junit --output out\n"
+     "  torvixrunner run suite_shop --last-failed\n",
+     "0 all passed, 1 failures, 2 interrupted, 3 internal error or a report that could not be written,\n"
+     "4 wrong use (a missing suite, an unknown option), 5 no test case fits"},
+    {Verb::List, "list", "list [options] SUITE_OR_TEST...", "show the test cases that run would run",
+     "  torvixrunner list suite_shop --exclude-tags slow\n"
+     "  torvixrunner list suite_shop --json\n",
+     "0 there are some, 4 wrong use, 5 no test case fits"},
     {Verb::Report, "report", "report [options] STREAM...",
-     "make reports from result streams (several are joined)"},
+     "make reports from result streams (several are joined; - is the standard input)",
+     "  torvixrunner report results/results.ndjson\n"
+     "  torvixrunner report results/results.ndjson --reporter html:report.html\n"
+     "  torvixrunner report shard1/results.ndjson shard2/results.ndjson --reporter junit:all.xml\n",
+     "0 the reports were made, whatever they tell, 3 one could not be written, 4 wrong use or a stream\n"
+     "that cannot be read"},
     {Verb::Inspect, "inspect", "inspect [options] [--] PROGRAM [ARGUMENTS...]",
-     "show the objects of an application, and the name that finds each"},
-    {Verb::Init, "init", "init PATH", "make a new suite, or in a suite a new test case tst_NAME"},
-    {Verb::Doctor, "doctor", "doctor [PROGRAM]", "tell what this machine, or an application, lacks"},
+     "show the objects of an application, and the real name that finds each",
+     "  torvixrunner inspect calculator\n"
+     "  torvixrunner inspect --type '*Button' --properties calculator\n"
+     "  torvixrunner inspect --json --attach /tmp/app.socket\n",
+     "0 shown, 1 the application could not be started, or no object fits, 4 wrong use"},
+    {Verb::Init, "init", "init PATH [PROGRAM]",
+     "make a new suite for a program, or in a suite a new test case tst_NAME",
+     "  torvixrunner init suite_shop ./build/shop\n"
+     "  torvixrunner init suite_shop/tst_login\n",
+     "0 made, 1 the program could not be started, 3 a file could not be written,\n"
+     "4 wrong use or the path is there already"},
+    {Verb::Doctor, "doctor", "doctor [PROGRAM [ARGUMENTS...]]",
+     "tell what this machine, or an application, lacks",
+     "  torvixrunner doctor\n"
+     "  torvixrunner doctor ./build/shop\n",
+     "0 nothing is missing that is needed, 1 something is, 4 wrong use"},
 };
 
 std::function<bool(const QString&, QString*)> setText(QString* target)
@@ -97,8 +127,8 @@ std::function<bool(const QString&, QString*)> addReporter(QVector<ReporterReques
         QStringList known;
         for (const Reporter& reporter : reporters())
             known += QLatin1String(reporter.name);
-        *error = QStringLiteral("does not know '%1'; there are %2")
-                     .arg(request.name, known.join(QLatin1String(", ")));
+        *error = QStringLiteral("does not know '%1'%2; there are %3")
+                     .arg(request.name, didYouMean(request.name, known), known.join(QLatin1String(", ")));
         return false;
     };
 }
@@ -138,18 +168,30 @@ QVector<Option> optionsOf(Verb verb, CommandLine* line)
                     setNumber(&run->timeoutSecs, 1)},
                    {"--last-failed", nullptr, "only cases that failed in the last run in the output folder",
                     setFlag(&run->lastFailed)},
+                   {"--update-vps", nullptr,
+                    "replace what verification points expect by what is seen, and make missing ones",
+                    setFlag(&run->updateVerificationPoints)},
                    {"--list", nullptr, "show what would run, and run nothing", setFlag(&run->listOnly)},
                    {"--quiet", nullptr, "only failures and the summary", setFlag(&run->quiet)},
                };
     case Verb::List:
-        return selectionOptions(run);
+        return selectionOptions(run) +
+               QVector<Option>{{"--json", nullptr, "as JSON, with folder, tags and time limit of each",
+                                setFlag(&run->json)}};
     case Verb::Report:
         return reporterOptions(&line->report.reporters, &line->report.strictJUnit);
     case Verb::Inspect:
         return {
             {"--attach", "ADDRESS", "an application that waits with TORVIX_AGENT_LISTEN=ADDRESS",
              setText(&line->inspect.attach)},
-            {"--json", nullptr, "as JSON, with all properties", setFlag(&line->inspect.json)},
+            {"--type", "PATTERN", "only objects of this class; * and ? stand for any characters",
+             setText(&line->inspect.type)},
+            {"--name", "PATTERN", "only objects with this object name, text or title; likewise",
+             setText(&line->inspect.name)},
+            {"--visible", nullptr, "only visible objects", setFlag(&line->inspect.visibleOnly)},
+            {"--properties", nullptr, "with all properties of each object",
+             setFlag(&line->inspect.properties)},
+            {"--json", nullptr, "as JSON, always with all properties", setFlag(&line->inspect.json)},
         };
     default:
         return {};
@@ -165,6 +207,8 @@ QString generalHelp()
             QStringLiteral("  %1 %2\n").arg(QLatin1String(each.name), -10).arg(QLatin1String(each.summary));
     return text +
            QStringLiteral("\ntorvixrunner VERB --help tells the options of a verb; --version the version.\n"
+                          "\nFirst steps:\n  torvixrunner doctor\n  torvixrunner init suite_mine\n"
+                          "  torvixrunner run suite_mine\n\n"
                           "Exit status: 0 passed, 1 failures, 2 interrupted, 3 internal error, 4 wrong use, "
                           "5 nothing to run.\n");
 }
@@ -176,21 +220,25 @@ QString helpOf(const VerbHelp& verb)
                        .arg(QLatin1String(verb.usage), QLatin1String(verb.summary));
     text[text.indexOf(QLatin1String("\n\n")) + 2] = text[text.indexOf(QLatin1String("\n\n")) + 2].toUpper();
     const QVector<Option> options = optionsOf(verb.verb, &ignored);
-    if (!options.isEmpty())
-        text += QLatin1String("\nOptions:\n");
+    text += QLatin1String("\nOptions:\n");
     for (const Option& option : options) {
         QString name = QLatin1String(option.name);
         if (option.value)
             name += QLatin1Char(' ') + QLatin1String(option.value);
         text += QStringLiteral("  %1 %2\n").arg(name, -24).arg(QLatin1String(option.help));
     }
+    text +=
+        QStringLiteral("  %1 %2\n").arg(QStringLiteral("-h, --help"), -24).arg(QLatin1String("this help"));
     if (verb.verb == Verb::Run || verb.verb == Verb::Report) {
         text += QLatin1String("\nReporters:\n");
         for (const Reporter& reporter : reporters())
             text += QStringLiteral("  %1 %2\n")
                         .arg(QLatin1String(reporter.name), -24)
                         .arg(QLatin1String(reporter.summary));
+        text += QLatin1String("PATH is a file, or - for the standard output.\n");
     }
+    text += QStringLiteral("\nExamples:\n%1\nExit status: %2.\n")
+                .arg(QLatin1String(verb.examples), QLatin1String(verb.exitStatus));
     return text;
 }
 
@@ -203,8 +251,11 @@ int takeOption(const QVector<Option>& options, const QStringList& arguments, int
         return name == QLatin1String(each.name);
     });
     if (option == options.end()) {
-        *error =
-            QStringLiteral("unknown option '%1'; see torvixrunner %2 --help").arg(name, QLatin1String(verb));
+        QStringList known{QStringLiteral("--help")};
+        for (const Option& each : options)
+            known += QLatin1String(each.name);
+        *error = QStringLiteral("unknown option '%1'%2; see torvixrunner %3 --help")
+                     .arg(name, didYouMean(name, known), QLatin1String(verb));
         return -1;
     }
     const bool isInline = arguments[index].contains('=');
@@ -227,11 +278,23 @@ int takeOption(const QVector<Option>& options, const QStringList& arguments, int
     return -1;
 }
 
+/** One text that QProcess::splitCommand() takes apart into the same arguments. */
+QString joinCommand(QStringList arguments)
+{
+    for (QString& argument : arguments) {
+        const bool isPlain = !argument.contains(' ') && !argument.contains('\t') && !argument.contains('"');
+        if (!isPlain)
+            argument = '"' + argument.replace(QLatin1String("\""), QLatin1String("\"\"\"")) + '"';
+    }
+    return arguments.join(QLatin1Char(' '));
+}
+
 /** What remains besides options has to fit the verb. */
 bool takeArguments(const VerbHelp& verb, const QStringList& rest, CommandLine* line, QString* error)
 {
     const auto wrong = [&] {
-        *error = QStringLiteral("usage: torvixrunner %1").arg(QLatin1String(verb.usage));
+        *error = QStringLiteral("usage: torvixrunner %1; see torvixrunner %2 --help")
+                     .arg(QLatin1String(verb.usage), QLatin1String(verb.name));
         return false;
     };
     switch (verb.verb) {
@@ -243,14 +306,15 @@ bool takeArguments(const VerbHelp& verb, const QStringList& rest, CommandLine* l
         line->report.streams = rest;
         return !rest.isEmpty() || wrong();
     case Verb::Inspect:
-        line->inspect.program = rest.join(QLatin1Char(' '));
+        line->inspect.program = joinCommand(rest);
         return rest.isEmpty() != line->inspect.attach.isEmpty() || wrong();
     case Verb::Init:
         line->init.path = rest.value(0);
-        return rest.size() == 1 || wrong();
+        line->init.program = rest.value(1);
+        return rest.size() == 1 || rest.size() == 2 || wrong();
     case Verb::Doctor:
-        line->doctor.program = rest.value(0);
-        return rest.size() <= 1 || wrong();
+        line->doctor.program = joinCommand(rest);
+        return true;
     default:
         return true;
     }
@@ -267,6 +331,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         return {};
     }
     const QString& first = arguments.first();
+    if (first == QLatin1String("help") && arguments.size() == 2)
+        return parseCommandLine({arguments[1], QStringLiteral("--help")}, error);
     if (first == QLatin1String("--help") || first == QLatin1String("-h") || first == QLatin1String("help"))
         return line;
     if (first == QLatin1String("--version")) {
@@ -277,7 +343,11 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         return first == QLatin1String(each.name);
     });
     if (verb == std::end(verbs)) {
-        *error = QStringLiteral("unknown verb '%1'; see torvixrunner --help").arg(first);
+        QStringList known;
+        for (const VerbHelp& each : verbs)
+            known += QLatin1String(each.name);
+        *error = QStringLiteral("unknown verb '%1'%2; see torvixrunner --help")
+                     .arg(first, didYouMean(first, known));
         return {};
     }
     line.verb = verb->verb;
@@ -291,12 +361,13 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
             return help;
         }
         // What follows an application's name is the application's.
-        const bool isForApplication = verb->verb == Verb::Inspect && !rest.isEmpty();
+        const bool isForApplication =
+            (verb->verb == Verb::Inspect || verb->verb == Verb::Doctor) && !rest.isEmpty();
         if (argument == QLatin1String("--") || isForApplication) {
             rest += arguments.mid(isForApplication ? i : i + 1);
             break;
         }
-        if (!argument.startsWith('-')) {
+        if (!argument.startsWith('-') || argument == QLatin1String("-")) {
             rest += argument;
             ++i;
             continue;

@@ -38,7 +38,9 @@ struct RunOptions
     int repeatEach = 1;
     int timeoutSecs = 0;
     bool lastFailed = false;
+    bool updateVerificationPoints = false;
     bool listOnly = false;
+    bool json = false; ///< the list as JSON
     bool strictJUnit = false;
     bool quiet = false;
 };
@@ -52,19 +54,24 @@ struct ReportOptions
 
 struct InspectOptions
 {
-    QString program; ///< command to start; empty with `attach`
+    QString program; ///< command to start, quoted as for startApplication(); empty with `attach`
     QString attach;  ///< address of a waiting application
+    QString type;    ///< wildcard on the class; empty: all
+    QString name;    ///< wildcard on object name, text and title; empty: all
+    bool visibleOnly = false;
+    bool properties = false;
     bool json = false;
 };
 
 struct InitOptions
 {
     QString path;
+    QString program; ///< that the tests are to start; may be empty
 };
 
 struct DoctorOptions
 {
-    QString program; ///< may be empty
+    QString program; ///< command to start; may be empty
 };
 
 enum class Verb { Help, Version, Run, List, Report, Inspect, Init, Doctor };

@@ -3,6 +3,7 @@
 #include "runner/runverb.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <cstdio>
@@ -28,16 +29,30 @@ Finding pluginFinding()
 {
     QString error;
     const bool loaded = LanguagePlugin::javaScript(&error) != nullptr;
-    return {loaded, QStringLiteral("JavaScript plug-in can be loaded"), error};
+    return {loaded, QStringLiteral("JavaScript plug-in"), error};
+}
+
+/** Whether the X server of a local DISPLAY, ":N" or ":N.S", listens. */
+bool isThere(const QString& display)
+{
+    const QRegularExpressionMatch local =
+        QRegularExpression(QStringLiteral("^:(\\d+)(\\.\\d+)?$")).match(display);
+    return !local.hasMatch() ||
+           QFileInfo::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(local.captured(1)));
 }
 
 Finding displayFinding()
 {
-    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY") ||
-                            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-                            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    return {hasDisplay, QStringLiteral("applications have a display"),
-            QStringLiteral("set QT_QPA_PLATFORM=offscreen, or start an X server (Xvfb)")};
+    const QString mend = QStringLiteral("set QT_QPA_PLATFORM=offscreen, or start an X server (Xvfb)");
+    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM");
+    const QString display = qEnvironmentVariable("DISPLAY");
+    if (!platform.isEmpty() && platform != QLatin1String("xcb"))
+        return {true, QStringLiteral("applications have a display: QT_QPA_PLATFORM=%1").arg(platform), mend};
+    if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && display.isEmpty())
+        return {true, QStringLiteral("applications have a display: Wayland"), mend};
+    if (display.isEmpty())
+        return {false, QStringLiteral("applications have a display: DISPLAY is not set"), mend};
+    return {isThere(display), QStringLiteral("applications have a display: DISPLAY=%1").arg(display), mend};
 }
 
 /** Tools that single functions need; without them those say so. */
@@ -61,7 +76,10 @@ bool print(const Finding& finding)
 {
     std::printf("%s  %s\n", finding.fine ? "ok     " : "MISSING", qUtf8Printable(finding.what));
     if (!finding.fine)
-        std::printf("         %s\n", qUtf8Printable(finding.mend));
+        std::printf("         %s\n", QString(finding.mend)
+                                         .replace(QLatin1String("\n"), QLatin1String("\n         "))
+                                         .toUtf8()
+                                         .constData());
     return finding.fine;
 }
 
@@ -70,6 +88,7 @@ bool print(const Finding& finding)
 int doctorVerb(const DoctorOptions& options)
 {
     const QString prefix = installationPrefix();
+    std::printf("torvixrunner %s in %s\n", TORVIX_VERSION, qUtf8Printable(prefix));
     bool fine =
         print(fileFinding(prefix + QStringLiteral("/lib/qt5/plugins/generic/libtorvixagent.so"), "agent"));
     fine = print(pluginFinding()) && fine;
@@ -78,6 +97,7 @@ int doctorVerb(const DoctorOptions& options)
     print(toolFinding("tesseract", "text recognition", "tesseract-ocr"));
     if (!options.program.isEmpty())
         fine = print(applicationFinding(options.program)) && fine;
+    std::puts(fine ? "Nothing is missing that is needed." : "Something is missing: see above.");
     return fine ? ExitPassed : ExitFailures;
 }
 

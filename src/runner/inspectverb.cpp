@@ -23,10 +23,23 @@ int inspectVerb(const InspectOptions& options)
     // A freshly started application shows its first window in its own time.
     constexpr int windowTimeoutMs = 5000;
     Inspector::self()->waitForObject(QStringLiteral("{visible=true}"), windowTimeoutMs);
-    const QByteArray text =
-        options.json ? QJsonDocument(objectTreeJson()).toJson() : objectTreeText().toUtf8();
-    std::fputs(text.constData(), stdout);
-    return ExitPassed;
+    const ObjectFilter filter{options.type, options.name, options.visibleOnly};
+    const auto show = [&filter](const QByteArray& text, int count, bool isCutOff) {
+        std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout);
+        if (isCutOff)
+            std::fputs("torvixrunner: there are more objects: the rest is left out\n", stderr);
+        if (count > 0)
+            return int(ExitPassed);
+        return fail(ExitFailures, filter.isEmpty()
+                                      ? QStringLiteral("the application has no objects")
+                                      : QStringLiteral("no object fits; * stands for any characters"));
+    };
+    if (options.json) {
+        const auto seen = inspectAsJson(filter);
+        return show(QJsonDocument(seen.objects).toJson(), seen.count, seen.isCutOff);
+    }
+    const auto seen = inspectAsText(filter, options.properties);
+    return show(seen.objects.toUtf8(), seen.count, seen.isCutOff);
 }
 
 } // namespace Torvix

@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 using namespace Torvix;
 
@@ -40,5 +42,10 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     QString error;
     const std::optional<CommandLine> line = parseCommandLine(QCoreApplication::arguments().mid(1), &error);
-    return line ? execute(*line) : fail(ExitUsage, error);
+    const int code = line ? execute(*line) : fail(ExitUsage, error);
+    // What was printed is lost when the output is a file on a full disk; a reader that has gone is none.
+    if (std::fflush(stdout) != 0 && errno != EPIPE && code == ExitPassed)
+        return fail(ExitInternal, QStringLiteral("The standard output cannot be written: %1")
+                                      .arg(QString::fromLocal8Bit(std::strerror(errno))));
+    return code;
 }

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <ctime>
+
 #include <unistd.h>
 
 namespace Torvix {
@@ -15,6 +17,13 @@ QByteArray procFile(qint64 pid, const char* name)
     return pid > 0 && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/** The fields behind the name, which stands in parentheses and may hold blanks. */
+QList<QByteArray> statFields(qint64 pid)
+{
+    const QByteArray stat = procFile(pid, "stat");
+    return stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+}
+
 } // namespace
 
 qint64 residentBytes(qint64 pid)
@@ -24,13 +33,29 @@ qint64 residentBytes(qint64 pid)
 
 qint64 cpuTimeMs(qint64 pid)
 {
-    // The name in parentheses may hold blanks: the fields are counted behind it.
-    const QByteArray stat = procFile(pid, "stat");
-    const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+    const QList<QByteArray> fields = statFields(pid);
     constexpr int userTime = 11;
     constexpr int systemTime = 12;
     const qint64 ticks = fields.value(userTime).toLongLong() + fields.value(systemTime).toLongLong();
     return ticks * 1000 / sysconf(_SC_CLK_TCK);
+}
+
+bool isProcessRunning(qint64 pid)
+{
+    const QByteArray state = statFields(pid).value(0);
+    return !state.isEmpty() && state != "Z" && state != "X";
+}
+
+QDateTime processStart(qint64 pid)
+{
+    constexpr int startTime = 19;
+    const qint64 ticks = statFields(pid).value(startTime).toLongLong();
+    timespec sinceBoot{};
+    if (ticks <= 0 || clock_gettime(CLOCK_BOOTTIME, &sinceBoot) != 0)
+        return {};
+    const qint64 bootedMs = qint64(sinceBoot.tv_sec) * 1000 + sinceBoot.tv_nsec / 1'000'000;
+    const qint64 ageMs = bootedMs - ticks * 1000 / sysconf(_SC_CLK_TCK);
+    return QDateTime::currentDateTime().addMSecs(-ageMs);
 }
 
 QString processFolder(qint64 pid)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 namespace Torvix {
@@ -7,6 +8,10 @@ namespace Torvix {
 /** What Linux tells of a process under /proc; neutral values when it has gone or is not ours to see. */
 qint64 residentBytes(qint64 pid);
 qint64 cpuTimeMs(qint64 pid);
+/** False for one that has ended and is only still waited for. */
+bool isProcessRunning(qint64 pid);
+/** In local time, to a hundredth of a second; invalid when it has gone. */
+QDateTime processStart(qint64 pid);
 QString processFolder(qint64 pid);
 
 } // namespace Torvix

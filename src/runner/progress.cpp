@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace Torvix {
@@ -13,6 +14,13 @@ namespace {
 bool isSet(const char* variable)
 {
     return !qEnvironmentVariableIsEmpty(variable);
+}
+
+int terminalWidth()
+{
+    winsize size{};
+    constexpr int usual = 80;
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
 }
 
 void show(const QString& text)
@@ -44,8 +52,10 @@ void Progress::caseStarted(const QString& name, int attempt)
     clearLine();
     const QString retry = attempt > 1 ? QStringLiteral(" (attempt %1)").arg(attempt) : QString();
     const QString failed = m_failed > 0 ? QStringLiteral(", %1 failed").arg(m_failed) : QString();
-    show(QStringLiteral("[%1/%2%3] %4%5")
-             .arg(QString::number(m_ended + 1), QString::number(m_planned), failed, name, retry));
+    const QString line =
+        QStringLiteral("[%1/%2%3] %4%5")
+            .arg(QString::number(m_ended + 1), QString::number(m_planned), failed, name, retry);
+    show(line.left(terminalWidth() - 1)); // a line that is broken cannot be taken away
     m_lineShown = true;
 }
 

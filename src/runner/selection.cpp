@@ -3,25 +3,32 @@
 #include "runner/reportfiles.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace Torvix {
 
 namespace {
 
-/** Cases, as "suite/case", that did not pass in the run whose stream lies in the folder. */
-QSet<QString> failedCases(const QString& folder)
+/** Cases, as "suite/case", that did not pass in the run that the stream tells of. */
+QSet<QString> failedCases(const QString& stream)
 {
     QSet<QString> names;
-    const RunReport report = readStreamFile(QDir(folder).absoluteFilePath(streamFileName()));
+    const RunReport report = readStreamFile(stream);
     for (const CaseReport& testCase : report.cases) {
         if (testCase.outcome() != CaseOutcome::Passed && testCase.outcome() != CaseOutcome::Skipped)
             names += testCase.suite + QLatin1Char('/') + testCase.name;
     }
     return names;
+}
+
+QString lastStream(const RunOptions& options)
+{
+    return QDir(options.outputFolder).absoluteFilePath(streamFileName());
 }
 
 bool sharesATag(const QStringList& wanted, const QStringList& present)
@@ -36,7 +43,7 @@ public:
     explicit CaseFilter(const RunOptions& options) : m_options(options), m_pattern(options.grep)
     {
         if (options.lastFailed)
-            m_lastFailed = failedCases(options.outputFolder);
+            m_lastFailed = failedCases(lastStream(options));
     }
 
     bool fits(const Suite& suite, const TestCase& testCase) const
@@ -78,12 +85,26 @@ QString Selection::name() const
 
 bool select(const RunOptions& options, Selection* selection, QString* error)
 {
+    if (options.lastFailed && !QFileInfo::exists(lastStream(options))) {
+        *error = QStringLiteral("there is no last run in '%1'; run without --last-failed first, or give its "
+                                "folder with --output")
+                     .arg(options.outputFolder);
+        return false;
+    }
     const CaseFilter filter(options);
+    QSet<QString> taken; // a case that two of the paths name runs once
     for (const QString& path : options.paths) {
         Suite suite;
         if (!loadSuite(path, &suite, error))
             return false;
-        const auto unwanted = [&](const TestCase& testCase) { return !filter.fits(suite, testCase); };
+        for (const QString& folder : suite.leftOut)
+            std::fprintf(stderr, "torvixrunner: %s: has no test.js and is left out\n",
+                         qUtf8Printable(folder));
+        const auto unwanted = [&](const TestCase& testCase) {
+            const bool isWanted = !taken.contains(testCase.folder) && filter.fits(suite, testCase);
+            taken += testCase.folder;
+            return !isWanted;
+        };
         suite.cases.erase(std::remove_if(suite.cases.begin(), suite.cases.end(), unwanted),
                           suite.cases.end());
         if (!suite.cases.isEmpty())

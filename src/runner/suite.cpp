@@ -1,55 +1,17 @@
 #include "runner/suite.h"
 
+#include "runner/inifile.h"
+#include "runner/nearestname.h"
 #include "shared/settings/settings.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <functional>
-#include <utility>
+#include <algorithm>
 
 namespace Torvix {
 
 namespace {
-
-QStringList* warnings = nullptr;
-
-void keepWarning(QtMsgType, const QMessageLogContext&, const QString& text)
-{
-    *warnings += text;
-}
-
-/** The store tells of faults in a file by warnings; here they are errors. */
-class WarningCatcher
-{
-public:
-    WarningCatcher()
-        : m_previousList(std::exchange(warnings, &m_caught))
-        , m_previous(qInstallMessageHandler(keepWarning))
-    {
-    }
-    ~WarningCatcher()
-    {
-        qInstallMessageHandler(m_previous);
-        warnings = m_previousList;
-    }
-    WarningCatcher(const WarningCatcher&) = delete;
-    WarningCatcher& operator=(const WarningCatcher&) = delete;
-    const QStringList& caught() const { return m_caught; }
-
-private:
-    QStringList m_caught;
-    QStringList* m_previousList;
-    QtMessageHandler m_previous;
-};
-
-/** A key that a file may have, and what takes its value in; false for a value of the wrong kind. */
-struct KeyRow
-{
-    const char* key;
-    const char* kind;
-    std::function<bool(const Settings&, const QString& key)> read;
-};
 
 bool readPositive(const Settings& settings, const QString& key, int* value)
 {
@@ -64,45 +26,6 @@ bool readList(const Settings& settings, const QString& key, QStringList* value)
 {
     *value = settings.readListEntry(QStringLiteral("General"), key);
     return !value->isEmpty();
-}
-
-/** False with one line about the first thing that is wrong. */
-bool readFile(const QString& path, const QVector<KeyRow>& keys, QString* error)
-{
-    if (!QFileInfo::exists(path))
-        return true;
-    if (!QFileInfo(path).isReadable()) {
-        *error = QStringLiteral("%1: cannot be read").arg(path);
-        return false;
-    }
-    const WarningCatcher catcher;
-    Settings settings(path);
-    QStringList known;
-    for (const KeyRow& row : keys)
-        known += QLatin1String(row.key);
-    for (const QString& group : settings.groupList()) {
-        if (group != QLatin1String("General")) {
-            *error = QStringLiteral("%1: unknown group [%2]; there is only [General]").arg(path, group);
-            return false;
-        }
-    }
-    for (const QString& key : settings.entryList(QStringLiteral("General"), QString())) {
-        const int index = known.indexOf(key);
-        if (index < 0) {
-            *error = QStringLiteral("%1: unknown key '%2'; known are %3")
-                         .arg(path, key, known.join(QLatin1String(", ")));
-            return false;
-        }
-        if (!keys[index].read(settings, key)) {
-            *error = QStringLiteral("%1: '%2' has to be %3").arg(path, key, QLatin1String(keys[index].kind));
-            return false;
-        }
-    }
-    if (!catcher.caught().isEmpty()) {
-        *error = QStringLiteral("%1: %2").arg(path, catcher.caught().first());
-        return false;
-    }
-    return true;
 }
 
 constexpr char positiveNumber[] = "a number above 0, without quotes";
@@ -122,16 +45,21 @@ bool readSuiteFile(const QString& path, SuiteSettings* settings, QString* error)
             return *value || !file.readBoolEntry(QStringLiteral("General"), key, true);
         };
     };
-    return readFile(path,
-                    {
-                        {"ApplicationFolders", stringList, list(&settings->applicationFolders)},
-                        {"Environment", stringList, list(&settings->environment)},
-                        {"CaseTimeoutSecs", positiveNumber, positive(&settings->caseTimeoutSecs)},
-                        {"StartTimeoutSecs", positiveNumber, positive(&settings->startTimeoutSecs)},
-                        {"WaitTimeoutMs", positiveNumber, positive(&settings->waitTimeoutMs)},
-                        {"OwnHome", "true or false", flag(&settings->ownHome)},
-                    },
-                    error);
+    return readIniFile(path,
+                       {
+                           {"ApplicationFolders", stringList, list(&settings->applicationFolders)},
+                           {"Environment", "quoted strings NAME=value, separated by commas",
+                            [settings](const Settings& file, const QString& key) {
+                                return readList(file, key, &settings->environment) &&
+                                       std::all_of(settings->environment.begin(), settings->environment.end(),
+                                                   [](const QString& each) { return each.indexOf('=') > 0; });
+                            }},
+                           {"CaseTimeoutSecs", positiveNumber, positive(&settings->caseTimeoutSecs)},
+                           {"StartTimeoutSecs", positiveNumber, positive(&settings->startTimeoutSecs)},
+                           {"WaitTimeoutMs", positiveNumber, positive(&settings->waitTimeoutMs)},
+                           {"OwnHome", "true or false", flag(&settings->ownHome)},
+                       },
+                       error);
 }
 
 bool readCase(const QDir& folder, TestCase* testCase, QString* error)
@@ -139,18 +67,18 @@ bool readCase(const QDir& folder, TestCase* testCase, QString* error)
     testCase->name = folder.dirName();
     testCase->folder = folder.absolutePath();
     testCase->script = folder.absoluteFilePath(QStringLiteral("test.js"));
-    return readFile(folder.absoluteFilePath(QStringLiteral("test.ini")),
-                    {
-                        {"Tags", stringList,
-                         [testCase](const Settings& file, const QString& key) {
-                             return readList(file, key, &testCase->tags);
-                         }},
-                        {"TimeoutSecs", positiveNumber,
-                         [testCase](const Settings& file, const QString& key) {
-                             return readPositive(file, key, &testCase->timeoutSecs);
-                         }},
-                    },
-                    error);
+    return readIniFile(folder.absoluteFilePath(QStringLiteral("test.ini")),
+                       {
+                           {"Tags", stringList,
+                            [testCase](const Settings& file, const QString& key) {
+                                return readList(file, key, &testCase->tags);
+                            }},
+                           {"TimeoutSecs", positiveNumber,
+                            [testCase](const Settings& file, const QString& key) {
+                                return readPositive(file, key, &testCase->timeoutSecs);
+                            }},
+                       },
+                       error);
 }
 
 bool isCaseFolder(const QDir& folder)
@@ -164,8 +92,10 @@ bool readCases(const QDir& folder, Suite* suite, QString* error)
         folder.entryList({QStringLiteral("tst_*")}, QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString& name : names) {
         const QDir caseFolder(folder.absoluteFilePath(name));
-        if (!isCaseFolder(caseFolder))
+        if (!isCaseFolder(caseFolder)) {
+            suite->leftOut += caseFolder.absolutePath();
             continue;
+        }
         TestCase testCase;
         if (!readCase(caseFolder, &testCase, error))
             return false;
@@ -185,7 +115,8 @@ bool loadSuite(const QString& path, Suite* suite, QString* error)
 {
     QFileInfo info(path);
     if (!info.exists()) {
-        *error = QStringLiteral("%1: there is no such suite or test case").arg(path);
+        *error = QStringLiteral("%1: there is no such suite or test case%2")
+                     .arg(path, didYouMean(info.fileName(), info.dir().entryList(QDir::Dirs)));
         return false;
     }
     if (info.isFile())

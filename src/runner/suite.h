@@ -50,6 +50,8 @@ struct Suite
     QString folder;
     SuiteSettings settings;
     QVector<TestCase> cases;
+    /** Folders tst_* without a test.js, which are no test cases but perhaps were meant to be. */
+    QStringList leftOut;
 
     QString scriptFolder() const { return folder + QStringLiteral("/shared/scripts"); }
 };

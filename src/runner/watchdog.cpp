@@ -1,5 +1,3 @@
-#include <QtGlobal>
-
 #include "runner/watchdog.h"
 
 #include <chrono>
@@ -30,6 +28,10 @@ sigset_t watchedSignals()
     sigemptyset(&set);
     sigaddset(&set, SIGINT);
     sigaddset(&set, SIGTERM);
+    // The terminal has been closed; under nohup nobody wants to know.
+    struct sigaction hangup = {};
+    if (sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN)
+        sigaddset(&set, SIGHUP);
     return set;
 }
 
@@ -71,6 +73,12 @@ Watchdog::Reason Watchdog::unwatch()
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_stop = nullptr;
     m_deadlineMs = 0;
+    return m_reason;
+}
+
+Watchdog::Reason Watchdog::reason()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_reason;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <atomic>
 #include <functional>
 #include <mutex>
@@ -8,7 +10,7 @@
 namespace Torvix {
 
 /**
- * Watches, on a thread of its own, for Ctrl-C (SIGINT, SIGTERM) and for the end of a test case's
+ * Watches, on a thread of its own, for Ctrl-C (SIGINT, SIGTERM, SIGHUP) and for the end of a test case's
  * time, and has the running script stopped then. A second signal ends the process at once with
  * status 2.
  *
@@ -29,6 +31,8 @@ public:
     void watch(int timeoutMs, std::function<void()> stop);
     /** The script has ended: returns once `stop` is certain not to be called any more. */
     Reason unwatch();
+    /** Why `stop` was called, if it was, while it is watched. */
+    Reason reason();
 
     bool isInterrupted() const { return m_interrupted; }
 

@@ -15,10 +15,22 @@ namespace Torvix {
 namespace {
 
 int waitTimeoutMs = 20'000;
+/** A day; more is for ever. */
+constexpr double longestTimeoutMs = 24.0 * 60 * 60 * 1000;
 
-QString nameOf(const ScriptArgument& argument)
+/** False with an error in the context for a value that a script gives by mistake: a name that it has
+ *  misspelt, say, is undefined. */
+bool nameArgument(ScriptContext* context, int index, const char* function, QString* name)
 {
-    return argument.isMap() ? argument.toRealName() : argument.toString();
+    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    const QString type = argument->typeName();
+    if (type == QLatin1String("Undefined") || type == QLatin1String("Null")) {
+        context->setError(QStringLiteral("%1() needs an object or the name of one, not %2")
+                              .arg(QLatin1String(function), argument->toString()));
+        return false;
+    }
+    *name = argument->isMap() ? argument->toRealName() : argument->toString();
+    return true;
 }
 
 /** The inspector's error, made more helpful by the runner where it can. */
@@ -47,7 +59,7 @@ bool timeoutArgument(ScriptContext* context, int index, int* timeoutMs)
     if (!argument)
         return true;
     if (argument->isNumber() && argument->toDouble() >= 0) {
-        *timeoutMs = argument->toInteger();
+        *timeoutMs = int(qMin(argument->toDouble(), longestTimeoutMs));
         return true;
     }
     context->setError(
@@ -55,23 +67,33 @@ bool timeoutArgument(ScriptContext* context, int index, int* timeoutMs)
     return false;
 }
 
+/** The first argument once it meets the conditions; null with an error in the context. */
+SharedPtr<Object> waitForArgument(ScriptContext* context, const char* function, int timeoutMs,
+                                  quint32 conditions)
+{
+    Inspector* inspector = Inspector::self();
+    Inspector::WaitResult found;
+    QString name;
+    if (const SharedPtr<Object> given = context->argument(0)->toObject())
+        found = inspector->waitForObject(given, timeoutMs, conditions);
+    else if (nameArgument(context, 0, function, &name))
+        found = inspector->waitForObject(name, timeoutMs, conditions);
+    else
+        return nullptr;
+    if (found.object && found.failed == 0)
+        return found.object;
+    failLookup(context, name, function);
+    return nullptr;
+}
+
 void waitFor(ScriptContext* context, const char* function, const char* usage, quint32 conditions)
 {
     int timeoutMs = 0;
     if (!requireArguments(context, 1, 2, usage) || !timeoutArgument(context, 1, &timeoutMs))
         return;
-    const SharedPtr<ScriptArgument> argument = context->argument(0);
-    const SharedPtr<Object> given = argument->toObject();
-    const QString name = given ? given->realName() : nameOf(*argument);
-    if (given && name.isNull()) {
-        failWithLastError(context, function);
-        return;
-    }
-    const Inspector::WaitResult found = Inspector::self()->waitForObject(name, timeoutMs, conditions);
-    if (found.object && found.failed == 0)
-        context->setResult(context->toArgument(found.object));
-    else
-        failLookup(context, name, function);
+    const SharedPtr<Object> found = waitForArgument(context, function, timeoutMs, conditions);
+    if (found)
+        context->setResult(context->toArgument(found));
 }
 
 SharedPtr<ScriptArgument> listArgument(const ScriptContext& context, const ObjectList& objects)
@@ -120,7 +142,9 @@ SharedPtr<Object> objectArgument(ScriptContext* context, int index, const char* 
     const SharedPtr<ScriptArgument> argument = context->argument(index);
     if (const SharedPtr<Object> object = argument->toObject())
         return object;
-    const QString name = nameOf(*argument);
+    QString name;
+    if (!nameArgument(context, index, function, &name))
+        return nullptr;
     const SharedPtr<Object> found = Inspector::self()->findObject(name);
     if (!found)
         failLookup(context, name, function);
@@ -158,7 +182,8 @@ void waitForObjectItem(ScriptContext* context)
     int timeoutMs = 0;
     if (!timeoutArgument(context, isCell ? 3 : 2, &timeoutMs))
         return;
-    const SharedPtr<Object> container = objectArgument(context, 0, "waitForObjectItem");
+    const SharedPtr<Object> container =
+        waitForArgument(context, "waitForObjectItem", timeoutMs, Protocol::WaitExists);
     if (!container)
         return;
     const Inspector::WaitResult found =
@@ -174,7 +199,10 @@ void findAllObjects(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 1, "findAllObjects(name)"))
         return;
-    const ObjectList objects = Inspector::self()->findAllObjects(nameOf(*context->argument(0)));
+    QString name;
+    if (!nameArgument(context, 0, "findAllObjects", &name))
+        return;
+    const ObjectList objects = Inspector::self()->findAllObjects(name);
     if (!objects.isEmpty() || !lastCallFailed(context))
         context->setResult(listArgument(*context, objects));
 }

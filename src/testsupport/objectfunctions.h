@@ -23,7 +23,8 @@ class ScriptContext;
 TORVIXTEST_EXPORT void waitForObject(ScriptContext* context);
 /** The same, but the object only has to exist. */
 TORVIXTEST_EXPORT void waitForObjectExists(ScriptContext* context);
-/** (name or object, item as path of texts[, timeout in ms]), or with two numbers for row and column. */
+/** (name or object, item as path of texts[, timeout in ms]), or with two numbers for row and column.
+ *  Waits until the container is there, and as long again until it has the item and that can be reached. */
 TORVIXTEST_EXPORT void waitForObjectItem(ScriptContext* context);
 /** (name): a list of all objects that have the name now; an empty one when there is none. */
 TORVIXTEST_EXPORT void findAllObjects(ScriptContext* context);

@@ -11,12 +11,14 @@ namespace Torvix {
 
 namespace {
 
-/** A failed check that is to end the test case leaves the script as an outcome, not as an error. */
+/** What ends the test case leaves the script as an outcome, not as an error; also where results go nowhere.
+ */
 void endCaseAfter(ScriptContext* context, ResultType type, const QString& message)
 {
+    const TestResult* result = resultSink(*context);
     if (type == ResultType::Skip)
         context->setError(message, ScriptContext::TestCaseSkipped);
-    else if (type == ResultType::Fatal || (isFailure(type) && resultSink(*context)->endsOnFailure()))
+    else if (type == ResultType::Fatal || (isFailure(type) && result && result->endsOnFailure()))
         context->setError(message, ScriptContext::VerificationFailure);
 }
 
@@ -52,25 +54,43 @@ TestResult* resultSink(const ScriptContext& context)
     return current ? current->testResult() : nullptr;
 }
 
+bool isNothing(const ScriptArgument& value)
+{
+    const QString type = value.typeName();
+    return type == QLatin1String("Null") || type == QLatin1String("Undefined");
+}
+
+SharedPtr<ScriptArgument> optionalArgument(const ScriptContext& context, int index)
+{
+    const SharedPtr<ScriptArgument> argument = context.argument(index);
+    return argument && isNothing(*argument) ? SharedPtr<ScriptArgument>() : argument;
+}
+
 ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QString& fallback)
 {
     const auto text = [&context](int index) {
-        const SharedPtr<ScriptArgument> argument = context.argument(index);
+        const SharedPtr<ScriptArgument> argument = optionalArgument(context, index);
         return argument ? argument->toString() : QString();
     };
     const QString message = text(firstIndex);
     return {message.isEmpty() ? fallback : message, text(firstIndex + 1)};
 }
 
+/** Text given to eval has no place of its own: what it does is done where it is evaluated. */
+static LineInfo placeInFile(const ScriptContext& context)
+{
+    LineInfo place;
+    for (unsigned depth = 0; context.lineInfo(&place, depth); ++depth)
+        if (!place.file.isEmpty())
+            break;
+    return place;
+}
+
 void report(ScriptContext* context, ResultType type, const QString& message, const QString& detail,
             const QVector<Attachment>& attachments)
 {
-    TestResult* result = resultSink(*context);
-    if (!result)
-        return;
-    LineInfo place;
-    context->lineInfo(&place, 0);
-    result->add(type, message, detail, place, attachments);
+    if (TestResult* result = resultSink(*context))
+        result->add(type, message, detail, placeInFile(*context), attachments);
     endCaseAfter(context, type, message);
 }
 
@@ -85,6 +105,8 @@ void reportCheck(ScriptContext* context, Expectation expectation, bool passed, c
     if (isFailure(type))
         keepScreenshot(resultSink(*context), &kept, &shown);
     report(context, type, texts.message, shown, kept);
+    // Code of the script that ran meanwhile may have left one.
+    context->clearResult();
     context->setResult(context->toArgument(!isFailure(type)));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "shared/base/sharedptr.h"
 #include "testsupport/export.h"
 #include "testsupport/report/runreport.h"
 
@@ -7,6 +8,7 @@
 
 namespace Torvix {
 
+class ScriptArgument;
 class ScriptContext;
 class TestResult;
 
@@ -25,6 +27,12 @@ struct ResultTexts
     QString message;
     QString detail;
 };
+
+/** Whether it is the script's null or undefined. */
+bool isNothing(const ScriptArgument& value);
+
+/** An argument that may be left out: null when it is, and when null or undefined stands in its place. */
+SharedPtr<ScriptArgument> optionalArgument(const ScriptContext& context, int index);
 
 /** Reads them from two arguments; `fallback` is the message when none is given. */
 ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QString& fallback);

@@ -1,29 +1,20 @@
 #include "testsupport/screensearch.h"
 
-#include "interpreter/base/interpreter.h"
-#include "interpreter/base/runnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/textrecognition.h"
+#include "testsupport/waiting.h"
 
 #include <QElapsedTimer>
-#include <QThread>
 
 namespace Torvix {
 
 namespace {
 
-constexpr int pauseBetweenLooksMs = 100;
+constexpr double pauseBetweenLooksMs = 100;
 constexpr int longestTimeoutMs = 24 * 60 * 60 * 1000;
-
-void serviceRunner()
-{
-    const Interpreter* interpreter = Interpreter::self();
-    if (interpreter && interpreter->runnerInterface())
-        interpreter->runnerInterface()->serviceConnections();
-}
 
 } // namespace
 
@@ -91,13 +82,19 @@ QVector<QRect> ScreenSearch::findInView(ScriptContext* context)
         if (!read.error.isEmpty())
             context->setError(read.error);
         m_seenText = read.text();
+        m_seenLines = read.lines();
+        for (RecognizedLine& line : m_seenLines)
+            line.place.translate(m_view.origin);
         places =
             read.find(m_wantedText, m_options.flag("ignoreCase") ? Qt::CaseInsensitive : Qt::CaseSensitive);
     } else {
         places = findImage(m_view.image, m_wanted, m_tolerance);
     }
+    // On a scaled desktop a picture has more pixels than the desktop, on which one clicks.
+    const double ratio = m_view.image.devicePixelRatio();
     for (QRect& place : places)
-        place.translate(m_view.origin);
+        place = QRect((QPointF(place.topLeft()) / ratio).toPoint() + m_view.origin,
+                      (QSizeF(place.size()) / ratio).toSize());
     return places;
 }
 
@@ -112,8 +109,8 @@ QVector<QRect> ScreenSearch::run(ScriptContext* context, bool present)
         if (!context->errorMessage().isEmpty() || places.isEmpty() != present ||
             timer.elapsed() >= m_timeoutMs)
             return places;
-        serviceRunner();
-        QThread::msleep(pauseBetweenLooksMs);
+        if (!waitMeanwhile(pauseBetweenLooksMs) && failIfInterrupted(context))
+            return {};
     }
 }
 

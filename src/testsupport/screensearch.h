@@ -4,6 +4,7 @@
 #include "shared/base/sharedptr.h"
 #include "testsupport/imagesearch.h"
 #include "testsupport/scriptoptions.h"
+#include "testsupport/textrecognition.h"
 
 #include <QImage>
 #include <QPoint>
@@ -47,8 +48,9 @@ public:
     /** The last look, and the picture that was searched for; null when there is none. */
     const ScreenView& view() const { return m_view; }
     const QImage& wanted() const { return m_wanted; }
-    /** The text of the last look. */
+    /** The text of the last look, and its lines with their places on the screen. */
     const QString& seenText() const { return m_seenText; }
+    const QVector<RecognizedLine>& seenLines() const { return m_seenLines; }
 
 private:
     bool look(ScriptContext* context);
@@ -64,6 +66,7 @@ private:
     QString m_language = QStringLiteral("eng");
     ScreenView m_view;
     QString m_seenText;
+    QVector<RecognizedLine> m_seenLines;
 };
 
 /** Options that only one kind of search has. */

@@ -17,7 +17,10 @@ constexpr int grabTimeoutMs = 10'000;
 
 QImage fromPng(const QByteArray& png, QString* error)
 {
-    const QImage image = QImage::fromData(png, "PNG");
+    QImage image = QImage::fromData(png, "PNG");
+    const double ratio = image.text(QString::fromLatin1(Protocol::pixelRatioKey)).toDouble();
+    if (ratio > 0)
+        image.setDevicePixelRatio(ratio);
     if (image.isNull())
         *error = Inspector::self()->lastError();
     if (image.isNull() && error->isEmpty())

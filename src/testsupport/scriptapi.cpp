@@ -1,26 +1,26 @@
 #include "testsupport/scriptapi.h"
 
 #include "interpreter/base/interpreter.h"
-#include "interpreter/base/runnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
+#include "testsupport/createvp.h"
 #include "testsupport/objectfunctions.h"
 #include "testsupport/reporting.h"
 #include "testsupport/screensearch.h"
 #include "testsupport/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/testsettings.h"
+#include "testsupport/waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QThread>
 
 namespace Torvix {
 
 namespace {
 
 constexpr int highlightMs = 1000;
-constexpr int serviceIntervalMs = 50;
+constexpr double serviceIntervalMs = 50;
 
 /** Seconds; the runner's connections have their turn meanwhile. */
 void snooze(ScriptContext* context)
@@ -34,14 +34,12 @@ void snooze(ScriptContext* context)
         return;
     }
     const double endMs = seconds->toDouble() * 1000;
-    const Interpreter* interpreter = Interpreter::self();
     QElapsedTimer timer;
     timer.start();
-    for (double leftMs = endMs; leftMs > 0; leftMs = endMs - double(timer.nsecsElapsed()) / 1e6) {
-        if (interpreter && interpreter->runnerInterface())
-            interpreter->runnerInterface()->serviceConnections();
-        QThread::usleep(static_cast<unsigned long>(qMin(leftMs, double(serviceIntervalMs)) * 1000));
-    }
+    for (double leftMs = endMs; leftMs > 0; leftMs = endMs - double(timer.nsecsElapsed()) / 1e6)
+        if (!waitMeanwhile(qMin(leftMs, serviceIntervalMs)))
+            break;
+    failIfInterrupted(context);
 }
 
 /** An object of the application: whether it is a null pointer; undefined and null are null too. */
@@ -51,9 +49,7 @@ void isNull(ScriptContext* context)
         return;
     const SharedPtr<ScriptArgument> argument = context->argument(0);
     const SharedPtr<Object> object = argument->toObject();
-    const QString type = argument->typeName();
-    context->setResult(context->toArgument(
-        object ? object->isNull() : type == QLatin1String("Null") || type == QLatin1String("Undefined")));
+    context->setResult(context->toArgument(object ? object->isNull() : isNothing(*argument)));
 }
 
 void typeName(ScriptContext* context)
@@ -76,7 +72,7 @@ void findFile(ScriptContext* context)
         return;
     }
     QString places;
-    const QString path = findTestFile(kind, context->argument(1)->toString(), &places);
+    const QString path = findTestSuiteFile(context->argument(1)->toString(), kind, &places);
     if (path.isEmpty())
         context->setError(
             QStringLiteral("There is no file '%1' in %2").arg(context->argument(1)->toString(), places));
@@ -119,7 +115,7 @@ void highlightObject(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 2, "highlightObject(object[, milliseconds])"))
         return;
-    const SharedPtr<ScriptArgument> duration = context->argument(1);
+    const SharedPtr<ScriptArgument> duration = optionalArgument(*context, 1);
     if (duration && (!duration->isInteger() || duration->toInteger() < 0)) {
         context->setError(QStringLiteral("The duration has to be a whole number of milliseconds from 0"));
         return;
@@ -129,13 +125,12 @@ void highlightObject(ScriptContext* context)
         context->setError(Inspector::self()->lastError());
 }
 
-SharedPtr<ScriptArgument> placeArgument(const ScriptContext& context, const QRect& place)
+ScriptArgument::Map placeMap(const ScriptContext& context, const QRect& place)
 {
-    return context.toArgument(
-        ScriptArgument::Map{{QStringLiteral("x"), context.toArgument(place.x())},
-                            {QStringLiteral("y"), context.toArgument(place.y())},
-                            {QStringLiteral("width"), context.toArgument(place.width())},
-                            {QStringLiteral("height"), context.toArgument(place.height())}});
+    return {{QStringLiteral("x"), context.toArgument(place.x())},
+            {QStringLiteral("y"), context.toArgument(place.y())},
+            {QStringLiteral("width"), context.toArgument(place.width())},
+            {QStringLiteral("height"), context.toArgument(place.height())}};
 }
 
 /** Runs the search; the result is the first place, or null when not being there is no error. */
@@ -145,7 +140,7 @@ void findPlace(ScriptContext* context, ScreenSearch* search, const QString& what
     if (!context->errorMessage().isEmpty())
         return;
     if (!places.isEmpty())
-        context->setResult(placeArgument(*context, places.first()));
+        context->setResult(context->toArgument(placeMap(*context, places.first())));
     else if (mustBeThere)
         context->setError(QStringLiteral("%1 did not appear on the screen").arg(what));
     else
@@ -193,16 +188,54 @@ void waitForOcrText(ScriptContext* context)
     searchText(context, "waitForOcrText(text[, options])", true);
 }
 
+/** False with an error in the context. */
+bool readAllText(ScriptContext* context, const char* usage, ScreenSearch* search)
+{
+    if (!requireArguments(context, 0, 1, usage) || !search->read(context, 0, {QStringLiteral("language")}, 0))
+        return false;
+    search->forText(QString());
+    search->run(context, false);
+    return context->errorMessage().isEmpty();
+}
+
 void getOcrText(ScriptContext* context)
 {
     ScreenSearch search;
-    if (!requireArguments(context, 0, 1, "getOcrText([options])") ||
-        !search.read(context, 0, {QStringLiteral("language")}, 0))
-        return;
-    search.forText(QString());
-    search.run(context, false);
-    if (context->errorMessage().isEmpty())
+    if (readAllText(context, "getOcrText([options])", &search))
         context->setResult(context->toArgument(search.seenText()));
+}
+
+/** A list of the lines, each with its place. */
+void getAllOcrText(ScriptContext* context)
+{
+    ScreenSearch search;
+    if (!readAllText(context, "getAllOcrText([options])", &search))
+        return;
+    ScriptArgument::List lines;
+    for (const RecognizedLine& line : search.seenLines()) {
+        ScriptArgument::Map entry = placeMap(*context, line.place);
+        entry[QStringLiteral("text")] = context->toArgument(line.text);
+        lines.push_back(context->toArgument(entry));
+    }
+    context->setResult(context->toArgument(lines));
+}
+
+/** A list of all places; an empty one where there is none. */
+void findAllOcrText(ScriptContext* context)
+{
+    ScreenSearch search;
+    const QString text = context->argumentCount() > 0 ? context->argument(0)->toString() : QString();
+    if (!requireArguments(context, 1, 2, "findAllOcrText(text[, options])") ||
+        !search.read(context, 1, textSearchOptions(), 0))
+        return;
+    search.forText(text);
+    const QVector<QRect> places = search.run(context, true);
+    if (!context->errorMessage().isEmpty())
+        return;
+    ScriptArgument::List all;
+    for (const QRect& place : places)
+        all.push_back(context->toArgument(placeMap(*context, place)));
+    context->setResult(context->toArgument(all));
 }
 
 struct ApiRow
@@ -242,12 +275,28 @@ void install(Interpreter* interpreter)
          {"options"},
          "Where a picture is, once it is there."},
         {"getOcrText", native<getOcrText>, {}, {"options"}, "All text on the screen."},
+        {"getAllOcrText",
+         native<getAllOcrText>,
+         {},
+         {"options"},
+         "All lines on the screen, each with its place."},
+        {"findAllOcrText", native<findAllOcrText>, {"text"}, {"options"}, "Everywhere that a text is."},
         {"findOcrText", native<findOcrText>, {"text"}, {"options"}, "Where a text is, or null."},
         {"waitForOcrText",
          native<waitForOcrText>,
          {"text"},
          {"options"},
          "Where a text is, once it is there."},
+        {"createVP",
+         native<createVP>,
+         {"object", "name"},
+         {"options"},
+         "Writes a verification point of what an object is like now."},
+        {"createVisualVP",
+         native<createVisualVP>,
+         {"object", "name"},
+         {"options"},
+         "Writes a verification point of what an object looks like now."},
     };
     for (const ApiRow& row : rows)
         interpreter->addGlobalFunction(QLatin1String(row.name), row.function, row.mandatory, row.optional,

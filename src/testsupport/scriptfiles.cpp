@@ -39,10 +39,10 @@ QString testCaseFolder()
     return QDir::currentPath();
 }
 
-QString findTestFile(const QString& kind, const QString& name, QString* places)
+QString findTestSuiteFile(const QString& name, const QString& subdirectory, QString* places)
 {
-    QStringList folders = foldersOf(kind);
-    if (kind == QLatin1String("scripts"))
+    QStringList folders = foldersOf(subdirectory);
+    if (subdirectory == QLatin1String("scripts"))
         folders.prepend(testCaseFolder());
     if (places)
         *places = folders.join(QLatin1String(", "));

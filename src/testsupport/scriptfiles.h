@@ -10,11 +10,12 @@ namespace Torvix {
 TORVIXTEST_EXPORT QString testCaseFolder();
 
 /**
- * A file of the test, absolute: "testdata" or "scripts" of the test case, then of its suite's
- * `shared` folder. Scripts of a test case lie in its folder itself. Null when there is none; `places`
- * (may be null) is filled with where it was looked for, for messages.
+ * A file of the test, absolute: in `subdirectory`, "testdata" or "scripts", of the test case, then of
+ * its suite's `shared` folder. Scripts of a test case lie in its folder itself. Null when there is
+ * none; `places` (may be null) is filled with where it was looked for, for messages.
  */
-TORVIXTEST_EXPORT QString findTestFile(const QString& kind, const QString& name, QString* places);
+TORVIXTEST_EXPORT QString findTestSuiteFile(const QString& name, const QString& subdirectory,
+                                            QString* places = nullptr);
 
 /**
  * The path of a picture: as it is from the test case's folder, or in "images" of the test case or

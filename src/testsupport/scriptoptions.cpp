@@ -1,12 +1,13 @@
 #include "testsupport/scriptoptions.h"
 
 #include "interpreter/base/scriptcontext.h"
+#include "testsupport/reporting.h"
 
 namespace Torvix {
 
 bool ScriptOptions::read(ScriptContext* context, int index, const QStringList& known)
 {
-    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    const SharedPtr<ScriptArgument> argument = optionalArgument(*context, index);
     m_options.clear();
     if (!argument)
         return true;

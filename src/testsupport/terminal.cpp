@@ -1,16 +1,21 @@
 #include "testsupport/terminal.h"
 
+#include "testsupport/waiting.h"
+
 #include <QFile>
 
 #include <cerrno>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
 namespace Torvix {
 
 namespace {
+
+constexpr int pollIntervalMs = 100;
 
 QString& device()
 {
@@ -83,6 +88,12 @@ bool Terminal::readLine(QString* line, Echo echo)
     const HiddenInput hidden(m_descriptor, echo == Echo::Off);
     QByteArray bytes;
     for (;;) {
+        pollfd input{m_descriptor, POLLIN, 0};
+        if (poll(&input, 1, pollIntervalMs) == 0) {
+            if (!waitMeanwhile(0))
+                return false;
+            continue;
+        }
         char next = 0;
         const ssize_t count = ::read(m_descriptor, &next, 1);
         if (count < 0 && errno == EINTR)

@@ -24,7 +24,8 @@ public:
     Terminal& operator=(const Terminal&) = delete;
 
     void write(const QString& text);
-    /** Waits for a line. False when the person ended the input instead (Ctrl-D). */
+    /** Waits for a line. False when the person ended the input instead (Ctrl-D), and when the script is
+     *  to end. */
     bool readLine(QString* line, Echo echo = Echo::On);
 
 private:

@@ -24,6 +24,17 @@ QString lineDifference(const ScriptArgument& actual, const ScriptArgument& expec
     return QLatin1Char('\n') + textDifference(wanted, seen);
 }
 
+/** Lists and maps with the same content are not equal by ==, which surprises. */
+QString identityHint(const ScriptArgument& actual, const ScriptArgument& expected)
+{
+    const bool areLists = actual.isList() && expected.isList();
+    if (actual.isObject() || expected.isObject()) // of the application: compared by their values
+        return {};
+    if (!areLists && !(actual.isMap() && expected.isMap()))
+        return {};
+    return QStringLiteral(": they are two objects; compare their contents, as with JSON.stringify()");
+}
+
 void verify(ScriptContext* context, Expectation expectation, const char* usage)
 {
     if (!requireArguments(context, 1, 3, usage))
@@ -46,7 +57,7 @@ void compare(ScriptContext* context, Expectation expectation, const char* usage)
     QString finding = shown(*actual) + QLatin1String(" and ") + shown(*expected) +
                       (equal ? QLatin1String(" are equal") : QLatin1String(" are not equal"));
     if (!equal)
-        finding += lineDifference(*actual, *expected);
+        finding += lineDifference(*actual, *expected) + identityHint(*actual, *expected);
     reportCheck(context, expectation, equal, resultTexts(*context, 2, QStringLiteral("Comparison")), finding);
 }
 
@@ -76,10 +87,11 @@ void testException(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 3, "test.exception(code[, message[, detail]])"))
         return;
+    // Read first: the code may call the tool itself, and one context serves all of these calls.
+    const ResultTexts texts = resultTexts(*context, 1, QStringLiteral("Exception"));
     const std::pair<QString, QString> finding = context->catchException(context->argument(0));
     const bool passed = finding.second.isEmpty();
-    reportCheck(context, Expectation::Pass, passed, resultTexts(*context, 1, QStringLiteral("Exception")),
-                passed ? finding.first : finding.second);
+    reportCheck(context, Expectation::Pass, passed, texts, passed ? finding.first : finding.second);
 }
 
 } // namespace Torvix

@@ -1,5 +1,6 @@
 #include "interpreter/base/scriptcontext.h"
 #include "testsupport/reporting.h"
+#include "testsupport/scriptoptions.h"
 #include "testsupport/structuraldiff.h"
 #include "testsupport/testfunctions.h"
 #include "testsupport/testresult.h"
@@ -30,7 +31,7 @@ struct FileComparison
     QByteArray actual;
     ResultTexts texts;
     Expectation expectation = Expectation::Pass;
-    ScriptArgument::Map options;
+    ScriptOptions options;
 };
 
 /** Relative names count from the test case's folder, which is the current one. */
@@ -46,51 +47,38 @@ bool readFile(ScriptContext* context, const QString& name, QByteArray* bytes)
     return false;
 }
 
-QString optionText(const ScriptArgument::Map& options, const char* name)
-{
-    const auto option = options.find(QLatin1String(name));
-    return option == options.end() ? QString() : option->second->toString();
-}
-
-bool optionFlag(const ScriptArgument::Map& options, const char* name)
-{
-    const auto option = options.find(QLatin1String(name));
-    return option != options.end() && option->second->toBoolean();
-}
-
-/** The third argument is a map of options, or the message alone. */
-bool readComparison(ScriptContext* context, const char* usage, const char* message,
+/** `known` are the options beside those of all comparisons. */
+bool readComparison(ScriptContext* context, const char* usage, const char* message, const QStringList& known,
                     FileComparison* comparison)
 {
     if (!requireArguments(context, 2, 3, usage))
         return false;
-    comparison->expectedName = context->argument(0)->toString();
-    comparison->actualName = context->argument(1)->toString();
-    comparison->texts.message = QLatin1String(message);
-    if (const SharedPtr<ScriptArgument> third = context->argument(2)) {
-        if (third->isMap())
-            comparison->options = third->toMap();
-        else
-            comparison->texts.message = third->toString();
-    }
-    if (!optionText(comparison->options, "message").isEmpty())
-        comparison->texts.message = optionText(comparison->options, "message");
-    comparison->texts.detail = optionText(comparison->options, "detail");
-    comparison->expectation =
-        optionFlag(comparison->options, "xfail") ? Expectation::Fail : Expectation::Pass;
+    // Held: a conversion to text may run code of the script, and one context serves all of its calls.
+    const ScriptContext::Arguments given = context->arguments();
+    const QStringList all =
+        QStringList{QStringLiteral("message"), QStringLiteral("detail"), QStringLiteral("xfail")} + known;
+    ScriptOptions& options = comparison->options;
+    if (!options.read(context, 2, all))
+        return false;
+    comparison->expectedName = given[0]->toString();
+    comparison->actualName = given[1]->toString();
+    comparison->texts = {options.text("message"), options.text("detail")};
+    if (comparison->texts.message.isEmpty())
+        comparison->texts.message = QLatin1String(message);
+    comparison->expectation = options.flag("xfail") ? Expectation::Fail : Expectation::Pass;
     return readFile(context, comparison->expectedName, &comparison->expected) &&
            readFile(context, comparison->actualName, &comparison->actual);
 }
 
-bool readTextOptions(ScriptContext* context, const ScriptArgument::Map& options, TextOptions* text)
+bool readTextOptions(ScriptContext* context, const ScriptOptions& options, TextOptions* text)
 {
-    text->ignoreCase = optionFlag(options, "ignoreCase");
-    text->ignoreWhitespace = optionFlag(options, "ignoreWhitespace");
-    const auto filters = options.find(QStringLiteral("filters"));
-    if (filters == options.end())
+    text->ignoreCase = options.flag("ignoreCase");
+    text->ignoreWhitespace = options.flag("ignoreWhitespace");
+    const SharedPtr<ScriptArgument> filters = options.value("filters");
+    if (!filters)
         return true;
     const ScriptArgument::List patterns =
-        filters->second->isList() ? filters->second->toList() : ScriptArgument::List{filters->second};
+        filters->isList() ? filters->toList() : ScriptArgument::List{filters};
     for (const SharedPtr<ScriptArgument>& pattern : patterns) {
         const QRegularExpression expression(pattern->toString(),
                                             QRegularExpression::UseUnicodePropertiesOption);
@@ -132,7 +120,7 @@ void compareStructures(ScriptContext* context, const char* usage, const char* me
                        StructuralDifference (*compare)(const QByteArray&, const QByteArray&))
 {
     FileComparison comparison;
-    if (!readComparison(context, usage, message, &comparison))
+    if (!readComparison(context, usage, message, {}, &comparison))
         return;
     const StructuralDifference found = compare(comparison.expected, comparison.actual);
     if (!found.error.isEmpty()) {
@@ -151,8 +139,10 @@ void testCompareTextFiles(ScriptContext* context)
 {
     FileComparison comparison;
     TextOptions options;
-    if (!readComparison(context, "test.compareTextFiles(expectedFile, actualFile[, options])",
-                        "Text file comparison", &comparison) ||
+    if (!readComparison(
+            context, "test.compareTextFiles(expectedFile, actualFile[, options])", "Text file comparison",
+            {QStringLiteral("ignoreCase"), QStringLiteral("ignoreWhitespace"), QStringLiteral("filters")},
+            &comparison) ||
         !readTextOptions(context, comparison.options, &options))
         return;
     const QString difference = textDifference(comparableLines(comparison.expected, options),

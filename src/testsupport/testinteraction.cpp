@@ -1,99 +1,88 @@
 #include "testsupport/testinteraction.h"
 
 #include "interpreter/base/scriptcontext.h"
+#include "testsupport/dialogs.h"
 #include "testsupport/reporting.h"
 #include "testsupport/screenshots.h"
 #include "testsupport/scriptfiles.h"
-#include "testsupport/terminal.h"
+#include "testsupport/waiting.h"
 
 #include <QFileInfo>
+#include <QImage>
 
 namespace Torvix {
 
 namespace {
 
-struct ButtonName
-{
-    int button;
-    const char* name;
-};
-
-constexpr ButtonName buttonNames[] = {
-    {TestInteraction::Ok, "ok"},
-    {TestInteraction::Cancel, "cancel"},
-    {TestInteraction::Yes, "yes"},
-    {TestInteraction::No, "no"},
-};
-
 constexpr int allButtons =
     TestInteraction::Ok | TestInteraction::Cancel | TestInteraction::Yes | TestInteraction::No;
 
-/** Null with an error in the context when the arguments are wrong or there is no terminal. */
-std::unique_ptr<Terminal> beginDialog(ScriptContext* context, int least, int most, const char* usage)
+/** Null, with an error in the context, when nobody can be asked. Arguments are checked before. */
+std::unique_ptr<Dialogs> openDialogs(ScriptContext* context)
 {
-    if (!requireArguments(context, least, most, usage))
-        return nullptr;
-    std::unique_ptr<Terminal> terminal = Terminal::open();
-    if (!terminal)
-        context->setError(
-            QStringLiteral("There is no terminal to ask anybody; testInteraction.isAvailable() tells whether "
-                           "there is"));
-    return terminal;
+    std::unique_ptr<Dialogs> dialogs = Dialogs::open();
+    if (!dialogs)
+        context->setError(QStringLiteral("There is neither a terminal nor a display to ask anybody; "
+                                         "testInteraction.isAvailable() tells whether there is"));
+    return dialogs;
 }
 
 QString argumentText(const ScriptContext& context, int index)
 {
-    const SharedPtr<ScriptArgument> argument = context.argument(index);
+    const SharedPtr<ScriptArgument> argument = optionalArgument(context, index);
     return argument ? argument->toString() : QString();
 }
 
-/** Waits for the return key. */
-void confirm(ScriptContext* context, Terminal* terminal, const QString& text)
+/** The first argument, which has to be there. */
+QString text(const ScriptContext& context)
 {
-    terminal->write(QStringLiteral("\n%1\nPress return to go on. ").arg(text));
-    QString line;
-    const bool goesOn = terminal->readLine(&line);
-    context->setResult(context->toArgument(int(goesOn ? TestInteraction::Ok : TestInteraction::Cancel)));
+    return context.argument(0)->toString();
 }
 
-void setTextOrNull(ScriptContext* context, bool entered, const QString& text)
+void setAnswer(ScriptContext* context, const Dialogs& dialogs, const SharedPtr<ScriptArgument>& answer)
 {
-    context->setResult(entered ? context->toArgument(text) : context->nullArgument());
+    if (failIfInterrupted(context))
+        return;
+    if (dialogs.error().isEmpty())
+        context->setResult(answer);
+    else
+        context->setError(dialogs.error());
 }
 
-QStringList namesOf(int buttons)
+void setAnswer(ScriptContext* context, const Dialogs& dialogs, const std::optional<QString>& answer)
 {
-    QStringList names;
-    for (const ButtonName& row : buttonNames)
-        if (buttons & row.button)
-            names += QLatin1String(row.name);
-    return names;
+    setAnswer(context, dialogs, answer ? context->toArgument(*answer) : context->nullArgument());
 }
 
-/** The button that a line means: its name or the beginning of it; None when it is none or several. */
-int buttonOf(const QString& line, int buttons)
+void setConfirmation(ScriptContext* context, const Dialogs& dialogs, bool confirmed)
 {
-    int found = TestInteraction::None;
-    for (const ButtonName& row : buttonNames) {
-        if (!(buttons & row.button) || line.isEmpty() ||
-            !QLatin1String(row.name).startsWith(line, Qt::CaseInsensitive))
-            continue;
-        if (found != TestInteraction::None)
-            return TestInteraction::None;
-        found = row.button;
+    const int button = confirmed ? TestInteraction::Ok : TestInteraction::Cancel;
+    setAnswer(context, dialogs, context->toArgument(button));
+}
+
+void confirm(ScriptContext* context, Dialogs::Tone tone, const char* usage)
+{
+    if (!requireArguments(context, 1, 1, usage))
+        return;
+    if (const auto dialogs = openDialogs(context)) {
+        const bool confirmed = dialogs->confirm(text(*context), tone);
+        setConfirmation(context, *dialogs, confirmed);
     }
-    return found;
 }
 
-/** The place in the list that a line means: a number from 1, or the text itself; -1 for neither. */
-int choiceOf(const QString& line, const QStringList& choices)
+/** False, with an error in the context, for a value that is no combination of buttons. */
+bool readButtons(ScriptContext* context, int* buttons)
 {
-    const int byText = choices.indexOf(line);
-    if (byText >= 0)
-        return byText;
-    bool isNumber = false;
-    const int number = line.toInt(&isNumber);
-    return isNumber && number >= 1 && number <= choices.size() ? number - 1 : -1;
+    const SharedPtr<ScriptArgument> given = optionalArgument(*context, 1);
+    if (!given)
+        return true;
+    *buttons = given->isInteger() ? given->toInteger() : int(TestInteraction::None);
+    if (*buttons > TestInteraction::None && *buttons <= allButtons)
+        return true;
+    context->setError(QStringLiteral("The buttons have to be some of testInteraction.Ok, Cancel, Yes and "
+                                     "No, joined by |, not '%1'")
+                          .arg(given->toString()));
+    return false;
 }
 
 } // namespace
@@ -101,79 +90,61 @@ int choiceOf(const QString& line, const QStringList& choices)
 void TestInteraction::isAvailable(ScriptContext* context)
 {
     if (requireArguments(context, 0, 0, "testInteraction.isAvailable()"))
-        context->setResult(context->toArgument(bool(Terminal::open())));
+        context->setResult(context->toArgument(bool(Dialogs::open())));
 }
 
 void TestInteraction::information(ScriptContext* context)
 {
-    if (const auto terminal = beginDialog(context, 1, 1, "testInteraction.information(text)"))
-        confirm(context, terminal.get(), argumentText(*context, 0));
+    confirm(context, Dialogs::Tone::Information, "testInteraction.information(text)");
 }
 
 void TestInteraction::warning(ScriptContext* context)
 {
-    if (const auto terminal = beginDialog(context, 1, 1, "testInteraction.warning(text)"))
-        confirm(context, terminal.get(), QLatin1String("Warning: ") + argumentText(*context, 0));
+    confirm(context, Dialogs::Tone::Warning, "testInteraction.warning(text)");
 }
 
 void TestInteraction::notification(ScriptContext* context)
 {
-    if (const auto terminal = beginDialog(context, 1, 1, "testInteraction.notification(text)"))
-        terminal->write(QLatin1Char('\n') + argumentText(*context, 0) + QLatin1Char('\n'));
+    if (!requireArguments(context, 1, 1, "testInteraction.notification(text)"))
+        return;
+    const auto dialogs = openDialogs(context);
+    if (!dialogs)
+        return;
+    dialogs->notify(text(*context));
+    if (!dialogs->error().isEmpty())
+        context->setError(dialogs->error());
 }
 
 void TestInteraction::input(ScriptContext* context)
 {
-    const auto terminal = beginDialog(context, 1, 2, "testInteraction.input(text[, default])");
-    if (!terminal)
+    if (!requireArguments(context, 1, 2, "testInteraction.input(text[, default])"))
         return;
-    const QString fallback = argumentText(*context, 1);
-    terminal->write(QLatin1Char('\n') + argumentText(*context, 0) +
-                    (fallback.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(fallback)) +
-                    QLatin1String("\n> "));
-    QString line;
-    const bool entered = terminal->readLine(&line);
-    setTextOrNull(context, entered, line.isEmpty() ? fallback : line);
+    if (const auto dialogs = openDialogs(context)) {
+        const std::optional<QString> entered = dialogs->input(text(*context), argumentText(*context, 1));
+        setAnswer(context, *dialogs, entered);
+    }
 }
 
 void TestInteraction::password(ScriptContext* context)
 {
-    const auto terminal = beginDialog(context, 1, 1, "testInteraction.password(text)");
-    if (!terminal)
+    if (!requireArguments(context, 1, 1, "testInteraction.password(text)"))
         return;
-    terminal->write(QLatin1Char('\n') + argumentText(*context, 0) + QLatin1String("\n> "));
-    QString line;
-    const bool entered = terminal->readLine(&line, Terminal::Echo::Off);
-    terminal->write(QStringLiteral("\n"));
-    setTextOrNull(context, entered, line);
+    if (const auto dialogs = openDialogs(context)) {
+        const std::optional<QString> entered = dialogs->password(text(*context));
+        setAnswer(context, *dialogs, entered);
+    }
 }
 
 void TestInteraction::question(ScriptContext* context)
 {
-    if (!requireArguments(context, 1, 2, "testInteraction.question(text[, buttons])"))
-        return;
     int buttons = Yes | No;
-    if (const SharedPtr<ScriptArgument> given = context->argument(1)) {
-        buttons = given->isInteger() ? given->toInteger() : int(None);
-        if (buttons <= None || buttons > allButtons) {
-            context->setError(
-                QStringLiteral("The buttons have to be some of testInteraction.Ok, Cancel, Yes and "
-                               "No, joined by |, not '%1'")
-                    .arg(given->toString()));
-            return;
-        }
-    }
-    const auto terminal = beginDialog(context, 1, 2, "testInteraction.question(text[, buttons])");
-    if (!terminal)
+    if (!requireArguments(context, 1, 2, "testInteraction.question(text[, buttons])") ||
+        !readButtons(context, &buttons))
         return;
-    int answer = None;
-    while (answer == None) {
-        terminal->write(QStringLiteral("\n%1 (%2) ")
-                            .arg(argumentText(*context, 0), namesOf(buttons).join(QLatin1Char('/'))));
-        QString line;
-        answer = terminal->readLine(&line) ? buttonOf(line.trimmed(), buttons) : int(Cancel);
+    if (const auto dialogs = openDialogs(context)) {
+        const int answer = dialogs->question(text(*context), buttons);
+        setAnswer(context, *dialogs, context->toArgument(answer));
     }
-    context->setResult(context->toArgument(answer));
 }
 
 void TestInteraction::choice(ScriptContext* context)
@@ -188,43 +159,27 @@ void TestInteraction::choice(ScriptContext* context)
         context->setError(QStringLiteral("The choices have to be a list of texts"));
         return;
     }
-    const auto terminal = beginDialog(context, 2, 2, "testInteraction.choice(text, choices)");
-    if (!terminal)
-        return;
-    int chosen = -1;
-    while (chosen < 0) {
-        terminal->write(QLatin1Char('\n') + argumentText(*context, 0) + QLatin1Char('\n'));
-        for (int i = 0; i < choices.size(); ++i)
-            terminal->write(QStringLiteral("  %1  %2\n").arg(i + 1).arg(choices[i]));
-        terminal->write(QStringLiteral("> "));
-        QString line;
-        if (!terminal->readLine(&line)) {
-            context->setResult(context->nullArgument());
-            return;
-        }
-        chosen = choiceOf(line.trimmed(), choices);
+    if (const auto dialogs = openDialogs(context)) {
+        const std::optional<QString> chosen = dialogs->choice(text(*context), choices);
+        setAnswer(context, *dialogs, chosen);
     }
-    context->setResult(context->toArgument(choices[chosen]));
 }
 
 void TestInteraction::showImage(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 2, "testInteraction.showImage(file[, text])"))
         return;
-    const QString path = findImageFile(argumentText(*context, 0));
+    const QString path = findImageFile(text(*context));
     QString error;
-    const QImage image = loadImage(path, &error);
-    if (image.isNull()) {
+    if (loadImage(path, &error).isNull()) {
         context->setError(error);
         return;
     }
-    if (const auto terminal = beginDialog(context, 1, 2, "testInteraction.showImage(file[, text])"))
-        confirm(context, terminal.get(),
-                QStringLiteral("%1\nPlease look at the picture %2 (%3 x %4 pixels).")
-                    .arg(argumentText(*context, 1), QFileInfo(path).absoluteFilePath())
-                    .arg(image.width())
-                    .arg(image.height())
-                    .trimmed());
+    if (const auto dialogs = openDialogs(context)) {
+        const bool confirmed =
+            dialogs->showImage(QFileInfo(path).absoluteFilePath(), argumentText(*context, 1));
+        setConfirmation(context, *dialogs, confirmed);
+    }
 }
 
 } // namespace Torvix

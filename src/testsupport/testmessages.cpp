@@ -16,8 +16,9 @@ void message(ScriptContext* context, ResultType type, const char* usage)
 {
     if (!requireArguments(context, 1, 2, usage))
         return;
-    const ResultTexts texts = resultTexts(*context, 0, QString());
-    report(context, type, texts.message, texts.detail);
+    const QString text = context->argument(0)->toString();
+    const SharedPtr<ScriptArgument> detail = optionalArgument(*context, 1);
+    report(context, type, text, detail ? detail->toString() : QString());
 }
 
 struct CountName
@@ -41,7 +42,7 @@ constexpr CountName countNames[] = {
 /** False, with an error in the context, when the argument is there and no whole number from 0. */
 bool readCount(ScriptContext* context, int index, const char* what, int* value)
 {
-    const SharedPtr<ScriptArgument> argument = context->argument(index);
+    const SharedPtr<ScriptArgument> argument = optionalArgument(*context, index);
     if (!argument)
         return true;
     if (argument->isInteger() && argument->toInteger() >= 0) {
@@ -176,11 +177,18 @@ void testEndSection(ScriptContext* context)
         context->setError(QStringLiteral("test.endSection() without test.startSection()"));
 }
 
-void testBreakpoint(ScriptContext*)
+void testBreakpoint(ScriptContext* context)
 {
     Debugger* debugger = Debugger::self();
-    if (debugger && debugger->isInteractive())
-        debugger->stop();
+    if (!debugger || !debugger->isInteractive())
+        return;
+    // The debugger follows the statements only where there are breakpoints or steps.
+    LineInfo place;
+    if (context->lineInfo(&place, 0)) {
+        debugger->setCurrentLine(place.line);
+        debugger->setCurrentSourceId(debugger->sourceIdOf(place.file));
+    }
+    debugger->stop();
 }
 
 } // namespace Torvix

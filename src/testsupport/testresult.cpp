@@ -1,5 +1,6 @@
 #include "testsupport/testresult.h"
 
+#include "testsupport/attachments.h"
 #include "testsupport/report/resultstream.h"
 #include "testsupport/videocapture.h"
 
@@ -54,6 +55,19 @@ CaseOutcome TestResult::outcome() const
     if (count(ResultType::Fail) + count(ResultType::UnexpectedPass) + count(ResultType::Fatal) > 0)
         return CaseOutcome::Failed;
     return count(ResultType::Skip) > 0 ? CaseOutcome::Skipped : CaseOutcome::Passed;
+}
+
+void TestResult::finish()
+{
+    const std::unique_ptr<VideoCapture> video = takeVideoCapture();
+    QString error;
+    if (!video)
+        return;
+    if (video->stop(&error))
+        add(ResultType::Log, QStringLiteral("Video capture ended with the test case"), QString(), LineInfo(),
+            {attachmentOf(video->file(), QStringLiteral("video of the test case"))});
+    else
+        add(ResultType::Warning, error, QString(), LineInfo());
 }
 
 int TestResult::checkCount() const

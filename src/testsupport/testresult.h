@@ -43,6 +43,8 @@ public:
     int count(ResultType type) const { return m_counts[std::size_t(type)]; }
     /** Verdict over everything so far: Error before Failed before Skipped. */
     CaseOutcome outcome() const;
+    /** The script has ended: a video that it did not stop is kept with the results. */
+    void finish();
     /** The number of checks: passes and failures, expected or not. */
     int checkCount() const;
 
@@ -64,6 +66,10 @@ public:
     bool keepsScreenshots() const { return m_keepsScreenshots; }
     void setKeepsScreenshots(bool keeps) { m_keepsScreenshots = keeps; }
 
+    /** Whether verification points that do not hold are renewed instead of failing. Off at first. */
+    bool updatesVerificationPoints() const { return m_updatesVerificationPoints; }
+    void setUpdatesVerificationPoints(bool updates) { m_updatesVerificationPoints = updates; }
+
     QString outputFolder() const { return m_outputFolder; }
     /** A path in the output folder that nothing has yet, for a name such as "shot.png". Null string
      *  when there is no such folder and it cannot be made. */
@@ -84,6 +90,7 @@ private:
     std::vector<LineInfo> m_fixedPlaces;
     bool m_endsOnFailure = false;
     bool m_keepsScreenshots = false;
+    bool m_updatesVerificationPoints = false;
     std::unique_ptr<VideoCapture> m_video;
 };
 

@@ -1,17 +1,19 @@
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/attachments.h"
+#include "testsupport/createvp.h"
 #include "testsupport/objectfunctions.h"
 #include "testsupport/reporting.h"
-#include "testsupport/scriptfiles.h"
+#include "testsupport/screenshots.h"
 #include "testsupport/testfunctions.h"
+#include "testsupport/testresult.h"
 #include "testsupport/verificationpoint.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSaveFile>
 
 namespace Torvix {
 
@@ -25,19 +27,6 @@ struct VerificationRun
     QVector<Attachment> attachments;
     QString error;
 };
-
-/** Null string, with an error in the context, when there is no such file. */
-QString verificationPointFile(ScriptContext* context, const QString& name)
-{
-    const QDir folder(QDir(testCaseFolder()).filePath(QStringLiteral("verificationPoints")));
-    const QStringList candidates{folder.filePath(name), folder.filePath(name + QLatin1String(".json"))};
-    for (const QString& candidate : candidates)
-        if (QFileInfo(candidate).isFile())
-            return candidate;
-    context->setError(QStringLiteral("There is no verification point '%1': neither '%2' nor '%3' exists")
-                          .arg(name, candidates[0], candidates[1]));
-    return {};
-}
 
 SharedPtr<Object> objectOf(const VerificationCheck& check, const SharedPtr<Object>& given, QString* error)
 {
@@ -72,23 +61,38 @@ void attachPictures(ScriptContext* context, const QString& name, const Verificat
     }
 }
 
+QByteArray seenContent(const VerificationRun& run)
+{
+    return QJsonDocument(QJsonObject{{"checks", run.seen}}).toJson(QJsonDocument::Indented);
+}
+
 /** Both files beside each other: the second can replace the first where the change is wanted. */
 void attachFiles(ScriptContext* context, const QString& file, const QString& name, VerificationRun* run)
 {
-    const QByteArray seen = QJsonDocument(QJsonObject{{"checks", run->seen}}).toJson(QJsonDocument::Indented);
     QFile expected(file);
     const QByteArray text = expected.open(QIODevice::ReadOnly) ? expected.readAll() : QByteArray();
     const Attachment kept[] = {attachText(resultSink(*context), text, name + QLatin1String("-expected.json"),
                                           QStringLiteral("expected"), &run->error),
-                               attachText(resultSink(*context), seen, name + QLatin1String("-seen.json"),
-                                          QStringLiteral("seen"), &run->error)};
+                               attachText(resultSink(*context), seenContent(*run),
+                                          name + QLatin1String("-seen.json"), QStringLiteral("seen"),
+                                          &run->error)};
     for (const Attachment& attachment : kept)
         if (!attachment.path.isEmpty())
             run->attachments.append(attachment);
 }
 
+/** Renewing, a picture that is not there yet is made. */
+void makePicture(const ExpectedScreenshot& screenshot, const SharedPtr<Object>& object, VerificationRun* run)
+{
+    if (QFileInfo::exists(screenshot.file))
+        return;
+    const QImage image = grabObject(object, &run->error);
+    if (!image.isNull() && savePng(image, screenshot.file, &run->error))
+        run->differences += QStringLiteral("screenshot: '%1' was missing").arg(screenshot.file);
+}
+
 VerificationRun runChecks(ScriptContext* context, const VerificationPoint& point,
-                          const SharedPtr<Object>& given, const QString& name)
+                          const SharedPtr<Object>& given, const QString& name, bool renews)
 {
     VerificationRun run;
     for (int i = 0; i < point.checks.size() && run.error.isEmpty(); ++i) {
@@ -96,24 +100,71 @@ VerificationRun runChecks(ScriptContext* context, const VerificationPoint& point
         const SharedPtr<Object> object = objectOf(check, given, &run.error);
         if (!object)
             break;
+        if (renews && check.screenshot)
+            makePicture(*check.screenshot, object, &run);
         const VerificationFinding finding = verifyObject(check, object);
-        run.error = finding.error;
+        if (run.error.isEmpty())
+            run.error = finding.error;
         for (const QString& difference : finding.differences)
             run.differences +=
                 check.object.isEmpty() ? difference : check.object + QLatin1String(": ") + difference;
         run.seen.append(finding.seen);
-        attachPictures(context, name, finding, &run);
+        if (!renews)
+            attachPictures(context, name, finding, &run);
+        else if (!finding.seenImage.isNull())
+            savePng(finding.seenImage, check.screenshot->file, &run.error);
     }
     return run;
+}
+
+void reportRenewal(ScriptContext* context, const QString& message, const QString& detail)
+{
+    report(context, ResultType::Warning, message, detail);
+    context->setResult(context->toArgument(true));
+}
+
+/** What was expected is replaced by what was seen. */
+void renew(ScriptContext* context, const QString& name, const QString& file, const VerificationRun& run)
+{
+    QSaveFile target(file);
+    const QByteArray text = seenContent(run);
+    if (target.open(QIODevice::WriteOnly) && target.write(text) == text.size() && target.commit())
+        reportRenewal(context, QStringLiteral("Verification point '%1' was renewed").arg(name),
+                      run.differences.join(QLatin1Char('\n')));
+    else
+        context->setError(QStringLiteral("Cannot write file '%1': %2").arg(file, target.errorString()));
+}
+
+/** There is no such file. */
+void createOrFail(ScriptContext* context, const QString& name, const SharedPtr<Object>& given, bool creates,
+                  const QStringList& candidates)
+{
+    if (!creates || !given) {
+        context->setError(QStringLiteral("There is no verification point '%1': neither '%2' nor '%3' exists; "
+                                         "createVP(object, '%1') writes one")
+                              .arg(name, candidates[0], candidates[1]));
+        return;
+    }
+    const QString path = createUsualVP(context, *context->argument(1), given, name);
+    if (!path.isNull())
+        reportRenewal(context, QStringLiteral("Verification point '%1' was made").arg(name), path);
 }
 
 void verificationPoint(ScriptContext* context, Expectation expectation, const SharedPtr<Object>& given,
                        int firstTextIndex)
 {
     const QString givenName = context->argument(0)->toString();
-    const QString file = verificationPointFile(context, givenName);
-    if (file.isEmpty())
+    // Read first: handlers of events may report results while an object is waited for.
+    const ResultTexts texts =
+        resultTexts(*context, firstTextIndex, QStringLiteral("Verification point '%1'").arg(givenName));
+    const TestResult* result = resultSink(*context);
+    const bool renews = expectation == Expectation::Pass && result && result->updatesVerificationPoints();
+    QStringList candidates;
+    const QString file = findVerificationPoint(givenName, &candidates);
+    if (file.isEmpty()) {
+        createOrFail(context, givenName, given, renews, candidates);
         return;
+    }
     QString error;
     const std::optional<VerificationPoint> point = VerificationPoint::read(file, &error);
     if (!point) {
@@ -121,18 +172,17 @@ void verificationPoint(ScriptContext* context, Expectation expectation, const Sh
         return;
     }
     const QString name = QFileInfo(file).completeBaseName();
-    VerificationRun run = runChecks(context, *point, given, name);
+    VerificationRun run = runChecks(context, *point, given, name, renews);
     const bool holds = run.error.isEmpty() && run.differences.isEmpty();
-    if (!holds && run.error.isEmpty())
+    if (!holds && run.error.isEmpty() && !renews)
         attachFiles(context, file, name, &run);
-    if (!run.error.isEmpty()) {
+    if (!run.error.isEmpty())
         context->setError(run.error);
-        return;
-    }
-    reportCheck(
-        context, expectation, holds,
-        resultTexts(*context, firstTextIndex, QStringLiteral("Verification point '%1'").arg(givenName)),
-        run.differences.join(QLatin1Char('\n')), run.attachments);
+    else if (renews && !holds)
+        renew(context, givenName, file, run);
+    else
+        reportCheck(context, expectation, holds, texts, run.differences.join(QLatin1Char('\n')),
+                    run.attachments);
 }
 
 } // namespace

@@ -78,7 +78,7 @@ private:
         const int n = m_aEnd - m_offset;
         const int m = m_bEnd - m_offset;
         const int limit = std::min(n + m, maxDifferences);
-        std::vector<int> furthest(std::size_t(2 * limit + 3), 0);
+        std::vector<int> furthest(2 * std::size_t(limit) + 3, 0);
         const auto at = [limit](int k) { return std::size_t(k + limit + 1); };
         std::vector<std::vector<int>> trace;
         for (int d = 0; d <= limit; ++d) {

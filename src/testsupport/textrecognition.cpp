@@ -53,15 +53,25 @@ RecognizedText readTable(const QByteArray& table)
 
 } // namespace
 
+QVector<RecognizedLine> RecognizedText::lines() const
+{
+    QVector<RecognizedLine> all;
+    for (int i = 0; i < words.size(); ++i) {
+        if (i == 0 || words[i].line != words[i - 1].line)
+            all.append(RecognizedLine());
+        RecognizedLine& line = all.last();
+        line.text += (line.text.isEmpty() ? QString() : QStringLiteral(" ")) + words[i].text;
+        line.place |= words[i].place;
+    }
+    return all;
+}
+
 QString RecognizedText::text() const
 {
-    QString joined;
-    for (int i = 0; i < words.size(); ++i) {
-        if (i > 0)
-            joined += QLatin1Char(words[i].line == words[i - 1].line ? ' ' : '\n');
-        joined += words[i].text;
-    }
-    return joined;
+    QStringList texts;
+    for (const RecognizedLine& line : lines())
+        texts += line.text;
+    return texts.join(QLatin1Char('\n'));
 }
 
 QVector<QRect> RecognizedText::find(const QString& wanted, Qt::CaseSensitivity caseSensitivity) const

@@ -17,6 +17,12 @@ struct RecognizedWord
     int line = 0; ///< words with the same number stand on one line
 };
 
+struct RecognizedLine
+{
+    QString text;
+    QRect place; ///< around its words
+};
+
 /** The words of a picture in reading order. */
 struct RecognizedText
 {
@@ -25,6 +31,7 @@ struct RecognizedText
 
     /** Lines, with one blank between words. */
     QString text() const;
+    QVector<RecognizedLine> lines() const;
     /** Where a text of one or several words in a row stands; white space in it counts as one blank. */
     QVector<QRect> find(const QString& wanted, Qt::CaseSensitivity caseSensitivity) const;
 };

@@ -94,6 +94,7 @@ QJsonValue readProperty(const SharedPtr<Object>& object, const QString& name, QS
 void verifyProperties(const VerificationCheck& check, const SharedPtr<Object>& object,
                       VerificationFinding* finding, QJsonObject* seenCheck)
 {
+    const QJsonObject given = check.json[QLatin1String("properties")].toObject();
     QJsonObject all;
     for (const ExpectedProperty& expected : check.properties) {
         QString text;
@@ -103,8 +104,9 @@ void verifyProperties(const VerificationCheck& check, const SharedPtr<Object>& o
             finding->differences += QStringLiteral("%1: %2").arg(expected.name, error);
             continue;
         }
-        all[expected.name] = seen;
-        if (!matches(expected, seen, text))
+        const bool holds = matches(expected, seen, text);
+        all[expected.name] = holds ? given[expected.name] : seen;
+        if (!holds)
             finding->differences += QStringLiteral("%1: expected %2, found %3")
                                         .arg(expected.name, wanted(expected), textOf(seen));
     }
@@ -154,37 +156,43 @@ bool readTable(const SharedPtr<Object>& object, QJsonArray* rows, QString* error
     return true;
 }
 
-void compareRow(int row, const QVector<QJsonValue>& expected, const QJsonArray& seen,
-                QStringList* differences)
+/** Cells that hold, or are not looked at, stay as they were given in the row that was seen. */
+void compareRow(int row, const QVector<QJsonValue>& expected, QJsonArray* seen, QStringList* differences)
 {
-    if (expected.size() != seen.size())
+    if (expected.size() != seen->size())
         *differences += QStringLiteral("row %1: expected %2 columns, found %3")
                             .arg(row + 1)
                             .arg(expected.size())
-                            .arg(seen.size());
-    for (int column = 0; column < qMin(expected.size(), seen.size()); ++column) {
+                            .arg(seen->size());
+    for (int column = 0; column < qMin(expected.size(), seen->size()); ++column) {
         const QJsonValue& cell = expected[column];
         const QString text = cell.isString() ? cell.toString() : textOf(cell);
-        if (!cell.isNull() && text != seen[column].toString())
+        const QJsonValue found = seen->at(column);
+        if (cell.isNull() || text == found.toString())
+            (*seen)[column] = cell;
+        else
             *differences += QStringLiteral("row %1, column %2: expected %3, found %4")
                                 .arg(row + 1)
                                 .arg(column + 1)
-                                .arg(textOf(cell), textOf(seen[column]));
+                                .arg(textOf(cell), textOf(found));
     }
 }
 
 void verifyTable(const ExpectedTable& table, const SharedPtr<Object>& object, VerificationFinding* finding,
                  QJsonObject* seenCheck)
 {
-    QJsonArray seen;
-    if (!readTable(object, &seen, &finding->error))
+    QJsonArray rows;
+    if (!readTable(object, &rows, &finding->error))
         return;
-    (*seenCheck)[QLatin1String("table")] = seen;
-    if (table.rows.size() != seen.size())
+    if (table.rows.size() != rows.size())
         finding->differences +=
-            QStringLiteral("table: expected %1 rows, found %2").arg(table.rows.size()).arg(seen.size());
-    for (int row = 0; row < qMin(table.rows.size(), seen.size()); ++row)
-        compareRow(row, table.rows[row], seen[row].toArray(), &finding->differences);
+            QStringLiteral("table: expected %1 rows, found %2").arg(table.rows.size()).arg(rows.size());
+    for (int row = 0; row < qMin(table.rows.size(), rows.size()); ++row) {
+        QJsonArray seen = rows[row].toArray();
+        compareRow(row, table.rows[row], &seen, &finding->differences);
+        rows[row] = seen;
+    }
+    (*seenCheck)[QLatin1String("table")] = rows;
 }
 
 QString sizeText(const QImage& image)
@@ -233,6 +241,8 @@ VerificationFinding verifyObject(const VerificationCheck& check, const SharedPtr
         verifyTable(*check.table, object, &finding, &seen);
     if (check.screenshot && finding.error.isEmpty())
         verifyScreenshot(*check.screenshot, object, &finding);
+    if (check.screenshot)
+        seen[QLatin1String("screenshot")] = check.json[QLatin1String("screenshot")];
     finding.seen = seen;
     if (finding.differences.size() > maxShownDifferences) {
         const int more = finding.differences.size() - maxShownDifferences;

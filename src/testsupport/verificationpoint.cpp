@@ -67,6 +67,7 @@ private:
     VerificationCheck check(const QJsonObject& from)
     {
         VerificationCheck check;
+        check.json = from;
         allow(from, QStringLiteral("a check"),
               {QStringLiteral("object"), QStringLiteral("properties"), QStringLiteral("table"),
                QStringLiteral("screenshot")});
@@ -158,11 +159,16 @@ std::optional<VerificationPoint> VerificationPoint::read(const QString& path, QS
         *error = QStringLiteral("Cannot read verification point '%1': %2").arg(path, file.errorString());
         return {};
     }
-    const QByteArray bytes = file.readAll();
+    return parse(file.readAll(), path, error);
+}
+
+std::optional<VerificationPoint> VerificationPoint::parse(const QByteArray& content, const QString& path,
+                                                          QString* error)
+{
     QJsonParseError parsing;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &parsing);
+    const QJsonDocument document = QJsonDocument::fromJson(content, &parsing);
     if (!document.isObject()) {
-        const int line = 1 + bytes.left(parsing.offset).count('\n');
+        const int line = 1 + content.left(parsing.offset).count('\n');
         *error = QStringLiteral("Verification point '%1', line %2: %3")
                      .arg(path)
                      .arg(line)

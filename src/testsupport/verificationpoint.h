@@ -6,6 +6,7 @@
 #include "testsupport/imagesearch.h"
 
 #include <QImage>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QRect>
 #include <QString>
@@ -45,6 +46,7 @@ struct VerificationCheck
     QVector<ExpectedProperty> properties;
     std::optional<ExpectedTable> table;
     std::optional<ExpectedScreenshot> screenshot;
+    QJsonObject json; ///< all of it as it stands in the file
 };
 
 /** A file of expectations; docs/verification-points.md describes it. */
@@ -54,13 +56,18 @@ struct VerificationPoint
 
     /** Nothing, with file, line and reason in `*error`, for a file that cannot be read. */
     TORVIXTEST_EXPORT static std::optional<VerificationPoint> read(const QString& path, QString* error);
+    /** The same for the content of a file that may not be there yet; the path is for messages and the
+     *  places of pictures. */
+    static std::optional<VerificationPoint> parse(const QByteArray& content, const QString& path,
+                                                  QString* error);
 };
 
 /** What differs from a check, and what was seen. */
 struct VerificationFinding
 {
     QStringList differences;
-    QJsonValue seen;      ///< the check as it would have to be written to hold
+    /** The check as it would have to be written to hold: only what differs is not as it was. */
+    QJsonObject seen;
     QImage expectedImage; ///< these three are null unless the screenshots differ
     QImage seenImage;
     QImage difference;

@@ -12,6 +12,8 @@ namespace {
 
 constexpr int startTimeoutMs = 10'000;
 constexpr int stopTimeoutMs = 20'000;
+/** A Ctrl-C in the terminal reaches the program too, which then ends the file as well. */
+constexpr int endedBySignal = 255;
 
 QString lastLines(QProcess* process)
 {
@@ -86,8 +88,9 @@ bool VideoCapture::stop(QString* error)
         process->kill();
         process->waitForFinished(1000);
     }
-    if (process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0 &&
-        QFileInfo(m_file).size() > 0)
+    const bool ended = process->exitStatus() == QProcess::NormalExit &&
+                       (process->exitCode() == 0 || process->exitCode() == endedBySignal);
+    if (ended && QFileInfo(m_file).size() > 0)
         return true;
     *error = QStringLiteral("Video capture failed: %1").arg(lastLines(process.get()));
     return false;

@@ -165,6 +165,11 @@ QString Target::defaultProgram()
     return QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget");
 }
 
+QString Target::corners()
+{
+    return QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixcorners");
+}
+
 QString Target::example(const QString& path)
 {
     return QLibraryInfo::location(QLibraryInfo::ExamplesPath) + QLatin1Char('/') + path;
@@ -173,7 +178,10 @@ QString Target::example(const QString& path)
 QProcessEnvironment Target::environment(const QString& pluginRoot)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    // Any test can be run by hand on the platform of a real display.
+    environment.insert(
+        QStringLiteral("QT_QPA_PLATFORM"),
+        environment.value(QStringLiteral("TORVIX_TEST_PLATFORM"), QStringLiteral("offscreen")));
     environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("torvixagent"));
     environment.insert(QStringLiteral("QT_PLUGIN_PATH"),
                        pluginRoot.isEmpty() ? QStringLiteral(TORVIX_TEST_BINARY_DIR "/lib/qt5/plugins")
@@ -181,7 +189,7 @@ QProcessEnvironment Target::environment(const QString& pluginRoot)
     return environment;
 }
 
-Target::Target(const QString& program, const QStringList& arguments)
+Target::Target(const QString& program, const QStringList& arguments, const QMap<QString, QString>& extra)
 {
     const QByteArray token = makeToken();
     const QString path = m_folder.filePath(QStringLiteral("agent"));
@@ -190,6 +198,8 @@ Target::Target(const QString& program, const QStringList& arguments)
     variables.insert(QStringLiteral("TORVIX_AGENT_SOCKET"), path);
     variables.insert(QStringLiteral("TORVIX_AGENT_TOKEN"), QString::fromLatin1(tokenToText(token)));
     variables.insert(QStringLiteral("HOME"), m_folder.path());
+    for (auto it = extra.begin(); it != extra.end(); ++it)
+        variables.insert(it.key(), it.value());
     m_process.setProcessEnvironment(variables);
     m_process.setWorkingDirectory(m_folder.path());
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);

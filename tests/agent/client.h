@@ -89,9 +89,12 @@ public:
     using Value = Torvix::Protocol::Value;
 
     /** Starts `program` offscreen with the agent and waits until it has called back. */
-    explicit Target(const QString& program = defaultProgram(), const QStringList& arguments = {});
+    explicit Target(const QString& program = defaultProgram(), const QStringList& arguments = {},
+                    const QMap<QString, QString>& extra = {});
     ~Target();
     static QString defaultProgram();
+    /** Our application with what is not on forms. */
+    static QString corners();
     static QString example(const QString& path);
     static QProcessEnvironment environment(const QString& pluginRoot = QString());
 

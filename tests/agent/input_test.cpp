@@ -52,7 +52,7 @@ TEST(AgentInput, clicksArriveAsWindowSystemEvents)
     const auto pad = target.byName(q("pad"));
     target.action(q("doubleClick"), {object(pad), Value::ofInt(10), Value::ofInt(10)});
     target.action(q("mouseWheel"), {object(pad), Value::ofInt(0), Value::ofInt(-2)});
-    target.action(q("mouseClick"), {object(pad), Value::ofInt(3), Value::ofInt(4), Value::ofInt(2)});
+    target.action(q("mouseClick"), {object(pad), Value::ofInt(3), Value::ofInt(4), Value::ofInt(4)});
     const QString seen = target.get(pad, q("seen")).text;
     for (const char* line :
          {"press 1 0 10,10", "double 1 0 10,10", "wheel 0,-240", "press 2 0 3,4", "release 2 0 3,4"})
@@ -155,7 +155,45 @@ TEST(AgentInput, reachesItemsOfViews)
     find.timeoutMs = 50;
     found = target.client().request(find);
     EXPECT_EQ(found.failed, quint32(WaitExists));
-    EXPECT_TRUE(found.explanation.contains(q("Nuts.Pea"))) << found.explanation.toStdString();
+    EXPECT_EQ(found.explanation.toStdString(), "QTreeWidget 'treeWidget' has no item 'Nuts.Pea'. "
+                                               "'Nuts' has 'leaf', 'Hazel', 'Wal\\\\nut'.");
+    find.path.clear();
+    find.row = 77;
+    EXPECT_TRUE(target.client().request(find).explanation.endsWith(q("It has 2 rows and 2 columns.")));
+    EXPECT_THROW(target.action(q("activateItem"), {object(list), text("Entry 150")}), RequestError);
+}
+
+TEST(AgentInput, itemsOfAModelAreThoseOfTheViewTheyWereFoundIn)
+{
+    Target target;
+    openPage(target, "Views");
+    // The header of the tree has the same model, but no place for its items.
+    const auto tree = target.byName(q("treeWidget"));
+    FindItem find;
+    find.container = tree.id;
+    find.path = QStringList{q("Fruit"), q("Pear.green")};
+    const WaitReply found = target.client().request(find);
+    ASSERT_EQ(found.failed, 0u);
+    for (int i = 0; i < 20; ++i)
+        EXPECT_GT(target.client().request(GlobalBounds{found.object.id}).height, 5);
+}
+
+TEST(AgentInput, keysGoToTheFocusAgainAfterAMenu)
+{
+    Target target;
+    openPage(target, "Views");
+    const auto list = target.byName(q("list"));
+    target.action(q("clickItem"), {object(list), text("entry 10")});
+    const auto menuBar = target.find({q("type"), q("QMenuBar")});
+    target.action(q("activateItem"), {object(menuBar), text("File.Open Recent.One\\.txt")});
+    target.action(q("type"), {object(list), text("<Down><Down>")});
+    EXPECT_EQ(target.get(list, q("currentRow")).integer, 12);
+
+    // An open menu does not take a click that is meant for a button.
+    target.action(q("mouseClick"), {object(menuBar), Value::ofInt(20), Value::ofInt(10)});
+    ASSERT_EQ(target.waitFor({q("type"), q("QMenu"), q("visible"), q("true")}).failed, 0u);
+    target.action(q("clickItem"), {object(list), text("entry 14")});
+    EXPECT_EQ(target.get(list, q("currentRow")).integer, 14);
 }
 
 TEST(AgentInput, aClickThatOpensAModalDialogReturns)
@@ -219,4 +257,30 @@ TEST(AgentInput, showsBoundsPicturesAndWhatIsAtAPoint)
     EXPECT_THROW(
         target.client().request(GlobalBounds{target.get(target.byName(q("shapes")), q("item")).object.id}),
         RequestError);
+}
+
+/** Positions are those of the desktop, pictures have the pixels of the device. */
+TEST(AgentInput, clicksAndPicturesOnAScaledDesktop)
+{
+    for (const char* factor : {"1.5", "2"}) {
+        SCOPED_TRACE(factor);
+        Target target(Target::defaultProgram(), {},
+                      {{q("QT_SCALE_FACTOR"), q(factor)}, {q("QT_AUTO_SCREEN_SCALE_FACTOR"), q("1")}});
+        const auto pad = target.byName(q("pad"));
+        target.action(q("mouseClick"), {object(pad), Value::ofInt(31), Value::ofInt(14)});
+        target.action(q("mouseDrag"),
+                      {object(pad), Value::ofInt(5), Value::ofInt(5), Value::ofInt(90), Value::ofInt(30)});
+        const QStringList seen = target.get(pad, q("seen")).text.split(QLatin1Char('\n'));
+        EXPECT_TRUE(seen.contains(q("press 1 0 31,14"))) << seen.join(q("|")).toStdString();
+        EXPECT_EQ(seen.last(), q("release 1 0 95,35"));
+        const auto count = target.byName(q("count"));
+        const RectReply bounds = target.client().request(GlobalBounds{count.id});
+        EXPECT_EQ(target.client().request(ObjectAt{bounds.x + 3, bounds.y + 3}).object.id, count.id);
+        const auto size = [&](ScreenshotArea area) {
+            return QImage::fromData(target.client().request(Screenshot{count.id, area}).png).size();
+        };
+        const double ratio = q(factor).toDouble();
+        EXPECT_EQ(size(ScreenshotArea::Object), (QSizeF(bounds.width, bounds.height) * ratio).toSize());
+        EXPECT_GE(size(ScreenshotArea::Screen).width(), 800) << "all of the device";
+    }
 }

@@ -77,7 +77,7 @@ TEST(AgentLookup, aMissSaysWhatCameClosest)
     const QString hidden = missText(target, {q("name"), q("table"), q("visible"), q("true")});
     EXPECT_TRUE(hidden.contains(q("'visible' is 'false'"))) << hidden.toStdString();
     const QString tooFew = missText(target, {q("name"), q("count"), q("occurrence"), q("2")});
-    EXPECT_TRUE(tooFew.contains(q("only 1"))) << tooFew.toStdString();
+    EXPECT_TRUE(tooFew.contains(q("Only 1"))) << tooFew.toStdString();
 }
 
 TEST(AgentLookup, everyObjectHasANameThatFindsIt)

@@ -231,6 +231,36 @@ TEST_F(ErrorsTest, AnotherThreadInterrupts)
     EXPECT_EQ(run("'alive'"), "alive");
 }
 
+/** A native function that takes its time and uses none of the processor's. */
+class Nap : public ObjectImp
+{
+public:
+    bool implementsCall() const override { return true; }
+    Value call(ExecState*, Object&, const List&) override
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        return Undefined();
+    }
+};
+
+TEST_F(ErrorsTest, AnotherThreadInterruptsAlsoAScriptThatOnlyWaits)
+{
+    global.put(exec, "nap", Object(new Nap));
+    std::thread other([this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        interpreter.interrupt();
+    });
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(run("function wait() {\n"
+                  "  try {\n    nap();\n  } catch (e) {\n    caught = true;\n  }\n}\n"
+                  "var caught = false;\nfor (;;)\n  wait();"),
+              "throws Error: Script interrupted");
+    // generous for a machine that is busy; without a look at each return it takes ten times as long
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+    other.join();
+    EXPECT_EQ(run("caught"), "false");
+}
+
 // Several interpreters --------------------------------------------------------------------------
 
 TEST_F(ErrorsTest, InterpretersAreApart)

@@ -100,8 +100,9 @@ TEST_F(InstalledPrefix, FindsItselfAlsoThroughALinkAndHasWhatItRefersTo)
     const Finished doctor = execute(link, {"doctor"}, m_folder.path());
     EXPECT_EQ(0, doctor.code) << doctor.output.toStdString();
     EXPECT_TRUE(doctor.output.contains(m_prefix + "/lib/qt5/plugins")) << doctor.output.toStdString();
-    for (const char* file : {"/scriptmodules/javascript/torvix.d.ts", "/lib/javascript",
-                             "/share/doc/torvix/user-guide.md", "/share/doc/torvix/script-api.md"})
+    for (const char* file :
+         {"/scriptmodules/javascript/torvix.d.ts", "/lib/javascript/objectmaphelper.js",
+          "/libexec/torvixdialog", "/share/doc/torvix/user-guide.md", "/share/doc/torvix/script-api.md"})
         EXPECT_TRUE(QFileInfo::exists(m_prefix + file)) << file;
 }
 

@@ -92,6 +92,22 @@ TEST(Applications, OneThatAnotherStartsIsAContextOfItsOwn)
     Inspector::self()->reset();
 }
 
+TEST(Applications, AScriptOrALauncherThatEndsMayStandBefore)
+{
+    const QString scripts[] = {target() + utf8("; exit 3"), utf8("exec ") + target(),
+                               utf8("setsid ") + target() + utf8(" & exit 0")};
+    for (const QString& script : scripts) {
+        SCOPED_TRACE(qPrintable(script));
+        Running running(utf8("/bin/sh"), {utf8("-c"), script});
+        ASSERT_TRUE(running.isGood());
+        EXPECT_EQ(utf8("torvixtarget"), running.model->peer().applicationName);
+        EXPECT_EQ(utf8("0"), running.get(running.wait("{name='control'}"), "clicks"));
+        EXPECT_TRUE(running.application->isRunning());
+        running.application->stop();
+        EXPECT_FALSE(running.application->isRunning()) << "nothing of it is left";
+    }
+}
+
 TEST(Applications, RecordWhatTheUserDoes)
 {
     class Log : public InspectorListener

@@ -18,7 +18,8 @@ protected:
     void startTarget(const QByteArray& token)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(utf8("QT_QPA_PLATFORM"), utf8("offscreen"));
+        environment.insert(utf8("QT_QPA_PLATFORM"),
+                           environment.value(utf8("TORVIX_TEST_PLATFORM"), utf8("offscreen")));
         environment.insert(utf8("QT_QPA_GENERIC_PLUGINS"), utf8("torvixagent"));
         environment.insert(utf8("QT_PLUGIN_PATH"), utf8(TORVIX_TEST_BINARY_DIR "/lib/qt5/plugins"));
         environment.insert(utf8("TORVIX_AGENT_LISTEN"), address);
@@ -67,6 +68,31 @@ TEST_F(Attach, WorksAgainAndAgainWithTheTokenFileOfTheAgent)
     attachWorks(QByteArray());
     const auto others = QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup | QFile::WriteOther;
     EXPECT_FALSE(QFile(address + utf8(".token")).permissions() & others);
+}
+
+TEST_F(Attach, AnOrdinaryEndIsAnnouncedAndAKillIsNot)
+{
+    for (const bool quits : {true, false}) {
+        startTarget(QByteArray());
+        QString error;
+        const auto application = Application::attach(address, QByteArray(), 5000, &error);
+        ASSERT_TRUE(application) << qPrintable(error);
+        ApplicationModel* model = Inspector::self()->addApplication(application->takeLink());
+        Inspector::self()->setCurrent(model);
+        const SharedPtr<Object> control = Inspector::self()->findObject(utf8("{name='control'}"));
+        ASSERT_TRUE(control) << qPrintable(Inspector::self()->lastError());
+        if (quits)
+            control->objectClass()->methods(utf8("quitLater")).first()->invoke(control, {value(10)});
+        else
+            process.kill();
+        ASSERT_TRUE(process.waitForFinished(20'000));
+        for (int i = 0; i < 500 && model->isAlive(); ++i)
+            Inspector::self()->processEvents(10);
+        EXPECT_FALSE(model->endReason().isEmpty());
+        EXPECT_EQ(model->hasSaidGoodbye(), quits);
+        Inspector::self()->reset();
+        QFile::remove(address);
+    }
 }
 
 TEST_F(Attach, StrangersAreTurnedAwayAndHarmNothing)

@@ -86,7 +86,31 @@ TEST(Class, IsDescribedOnceAndMissesAreRememberedUntilClassesAppear)
     EXPECT_FALSE(inspector->classByName(text("Late")));
     EXPECT_EQ(before + 1, sample.model->requestCount());
     sample.model->addClass(text("Late"));
-    EXPECT_TRUE(inspector->classByName(text("Late")));
+    sample.model->addObject(text("Late"), text("the first"));
+    EXPECT_FALSE(inspector->classByName(text("Late"))) << "asked a moment ago";
+    EXPECT_TRUE(inspector->findObject(text("{type='Late' name='the first'}")));
+    EXPECT_TRUE(inspector->classByName(text("Late"))) << "an object of a new class is news";
+}
+
+TEST(Property, SeveralAreReadInOneRoundTrip)
+{
+    SampleModel sample;
+    Inspector* inspector = Inspector::self();
+    const SharedPtr<Object> one = inspector->findObject(text("{type='Shape' name='one'}"));
+    const QVector<const Property*> readable = Property::readable(one->objectClass());
+    ASSERT_EQ(2, readable.size()) << "the inherited one too, but not the one that can only be set";
+    const int before = sample.model->requestCount();
+    QMap<QString, QString> texts;
+    const ObjectList values = Property::getAll(one, readable);
+    for (int i = 0; i < readable.size(); ++i)
+        texts.insert(readable[i]->name(), values[i] ? values[i]->toString() : text("none"));
+    EXPECT_EQ((QMap<QString, QString>{{"size", "7"}, {"title", "first"}}), texts);
+    EXPECT_EQ(before + 1, sample.model->requestCount());
+
+    const Property* hidden = inspector->classByName(text("Base"))->property(text("hidden"));
+    const ObjectList partly = Property::getAll(one, {hidden, readable[0]});
+    EXPECT_TRUE(!partly[0] && partly[1]) << "one that fails does not stop the rest";
+    EXPECT_EQ(ObjectList(2), Property::getAll(inspector->createNull(one->objectClass()), readable));
 }
 
 TEST(Class, CountsAndFindsEnumeratorsAndSuperclasses)

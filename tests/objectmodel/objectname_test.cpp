@@ -1,6 +1,7 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
 #include "objectmodel/objectname.h"
+#include "protocol/itempath.h"
 
 #include <gtest/gtest.h>
 
@@ -124,10 +125,14 @@ TEST(ItemPath, SplitsAtDotsAndKeepsEscapedOnes)
         {"C:\\dir", {text("C:\\dir")}},
         {"", {text("")}},
         {"a..b.", {text("a"), text(""), text("b"), text("")}},
+        {"File.Save As...", {text("File"), text("Save As...")}},
+        {"More....Options...", {text("More..."), text("Options...")}},
+        {"a.\\.\\.\\.b", {text("a"), text("...b")}},
+        {"a\\.\\.\\.\\.b", {text("a....b")}},
     };
     for (const auto& entry : cases) {
-        EXPECT_EQ(entry.texts, Inspector::splitItemPath(text(entry.path))) << entry.path;
-        EXPECT_EQ(entry.texts, Inspector::splitItemPath(Inspector::joinItemPath(entry.texts))) << entry.path;
+        EXPECT_EQ(entry.texts, Protocol::splitItemPath(text(entry.path))) << entry.path;
+        EXPECT_EQ(entry.texts, Protocol::splitItemPath(Protocol::joinItemPath(entry.texts))) << entry.path;
     }
 }
 

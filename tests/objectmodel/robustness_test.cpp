@@ -60,7 +60,7 @@ TEST_F(Robustness, KilledInTheMiddleOfACall)
     expectError("was killed by signal 9");
     EXPECT_TRUE(control->isInvalidated());
     EXPECT_FALSE(running.model->isAlive());
-    EXPECT_EQ(utf8("was killed by signal 9 (Killed)"), running.application->exitText());
+    EXPECT_EQ(utf8("was killed by signal 9 (SIGKILL)"), running.application->exitText());
     EXPECT_FALSE(Inspector::self()->findObject(utf8("{name='control'}")));
     expectError("has ended");
 }

@@ -63,7 +63,9 @@ LaunchOptions launchOptions(const QString& program, const QStringList& arguments
     LaunchOptions options;
     options.program = program;
     options.arguments = arguments;
-    options.environment.insert(utf8("QT_QPA_PLATFORM"), utf8("offscreen"));
+    // Any test can be run by hand on the platform of a real display.
+    options.environment.insert(utf8("QT_QPA_PLATFORM"),
+                               qEnvironmentVariable("TORVIX_TEST_PLATFORM", utf8("offscreen")));
     options.environment.insert(utf8("LC_ALL"), utf8("C.UTF-8"));
     return options;
 }

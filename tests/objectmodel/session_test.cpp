@@ -286,7 +286,7 @@ TEST(Session, ALargeRequestAndALargeReplyCrossWithoutWaitingForEachOther)
         agent.read();
         agent.greet();
         // Writes before it reads, so that both sides have full buffers.
-        agent.write({FrameKind::Push, 0, quint16(PushNumber::Output), encode(ImageReply{big})});
+        agent.write({FrameKind::Push, 0, quint16(PushNumber::Picked), encode(ImageReply{big})});
         const Frame request = agent.read();
         agent.write({FrameKind::Reply, request.id, request.number, request.body});
     });

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QCborStreamWriter>
+
+#include <cmath>
+#include <limits>
 #include <random>
 
 namespace {
@@ -93,6 +97,67 @@ TEST(Codec, RefusesWhatIsNotTheMessage)
     EXPECT_EQ(2, message.classId);
     for (const auto& entry : cases)
         EXPECT_FALSE(decode(entry.bytes, &message)) << entry.what;
+}
+
+TEST(Codec, WritesWhatAnotherWriterWritesAndReadsWhatItMay)
+{
+    const qint64 largest = std::numeric_limits<qint64>::max();
+    const QVector<qint64> integers{0,          23,         24,          255,   256,      65535,   65536,
+                                   4294967295, 4294967296, largest,     -1,    -24,      -25,     -256,
+                                   -257,       -65537,     -4294967297, 10000, -largest, ~largest};
+    const QVector<double> doubles{0, -0.0, 0.1, -1e300, 5e-324, std::numeric_limits<double>::infinity()};
+    const QStringList texts{QString(), QStringLiteral("a"), QString(300, QChar(0xe4)),
+                            QStringLiteral("\ufeff\U0001f642"), QString(QChar(0))};
+    const QVector<QByteArray> bytes{QByteArray(), QByteArray(256, '\xff')};
+    QByteArray expected;
+    QCborStreamWriter peer(&expected);
+    const auto appendAll = [&peer](const auto& values) {
+        peer.startArray(quint64(values.size()));
+        for (const auto& value : values)
+            peer.append(value);
+        peer.endArray();
+    };
+    peer.startArray(4);
+    appendAll(integers);
+    appendAll(doubles);
+    appendAll(texts);
+    appendAll(bytes);
+    peer.endArray();
+    QByteArray written;
+    Encoder encoder(&written);
+    encoder(integers, doubles, texts, bytes);
+    EXPECT_EQ(expected.toHex(), written.toHex());
+
+    QVector<qint64> readIntegers;
+    QVector<double> readDoubles;
+    QStringList readTexts;
+    QVector<QByteArray> readBytes;
+    ASSERT_TRUE(isWellFormed(written));
+    Decoder decoder(written);
+    decoder(readIntegers, readDoubles, readTexts, readBytes);
+    EXPECT_FALSE(decoder.failed());
+    EXPECT_EQ(integers, readIntegers);
+    EXPECT_EQ(doubles, readDoubles);
+    EXPECT_TRUE(std::signbit(readDoubles[1]));
+    EXPECT_EQ(texts, readTexts);
+    EXPECT_EQ(bytes, readBytes);
+
+    // A number may take more bytes than it needs.
+    GetProperty message;
+    ASSERT_TRUE(decode(QByteArray::fromHex("9a000000031b00000000000000011800190007"), &message));
+    EXPECT_EQ(7, message.index);
+}
+
+TEST(Codec, RefusesTextThatIsNoUtf8AndSimpleValuesOfAnotherKind)
+{
+    Value value;
+    for (const char* const text : {"82046261ff", "82046261c3", "820463eda080", "820461a9"})
+        EXPECT_FALSE(decode(QByteArray::fromHex(text), &value)) << text;
+    ASSERT_TRUE(decode(QByteArray::fromHex("820463e282ac"), &value));
+    EXPECT_EQ(QString(QChar(0x20ac)), value.text);
+    // The bits of this number are those of a truth value's code.
+    EXPECT_FALSE(decode(QByteArray::fromHex("8203fb0000000000000015"), &value));
+    EXPECT_FALSE(decode(QByteArray::fromHex("8205f5"), &value));
 }
 
 TEST(Codec, BoundsDepthAndEnumerations)

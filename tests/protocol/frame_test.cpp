@@ -1,5 +1,4 @@
 #include "protocol/applicationmessages.h"
-#include "protocol/channel.h"
 #include "protocol/lookupmessages.h"
 
 #include <gtest/gtest.h>
@@ -94,35 +93,6 @@ TEST(Frame, RandomBytesNeverCrash)
             decode(frame->body, &value);
         }
     }
-}
-
-TEST(MemoryChannel, CarriesBytesBothWaysAndTellsTheEnd)
-{
-    auto [here, there] = memoryChannels();
-    char buffer[8];
-    EXPECT_EQ(0, there->read(buffer, sizeof buffer));
-    EXPECT_FALSE(there->wait(Channel::Wait::Readable, 1000));
-    EXPECT_TRUE(here->writeAll(QByteArray("0123456789")));
-    EXPECT_EQ(8, there->read(buffer, sizeof buffer));
-    EXPECT_TRUE(there->writeAll(QByteArray("x")));
-    here.reset();
-    EXPECT_EQ(2, there->read(buffer, sizeof buffer)) << "what was sent before the end still arrives";
-    EXPECT_EQ(-1, there->read(buffer, sizeof buffer));
-    EXPECT_FALSE(there->writeAll(QByteArray("x")));
-}
-
-TEST(Channel, TellsPathsFromHostAndPort)
-{
-    QString host;
-    quint16 port = 0;
-    EXPECT_TRUE(isTcpAddress(QStringLiteral("127.0.0.1:4711"), &host, &port));
-    EXPECT_EQ(QStringLiteral("127.0.0.1"), host);
-    EXPECT_EQ(4711, port);
-    for (const char* path : {"/tmp/a:1", "name", "host:", ":1", "host:70000", "./x:1"})
-        EXPECT_FALSE(isTcpAddress(QString::fromLatin1(path))) << path;
-    QString error;
-    EXPECT_FALSE(connectTo(QStringLiteral("/no/such/socket"), &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("/no/such/socket"))) << qPrintable(error);
 }
 
 } // namespace

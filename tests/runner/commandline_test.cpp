@@ -1,5 +1,7 @@
 #include "runner/commandline.h"
 
+#include <QProcess>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -32,9 +34,12 @@ TEST(CommandLine, ReadsEveryFormOfAnOption)
 
 TEST(CommandLine, LeavesAnApplicationItsOwnOptions)
 {
-    const InspectOptions inspect = parsed({"inspect", "--json", "prog", "--json", "-x"}).inspect;
-    EXPECT_EQ("prog --json -x", inspect.program);
-    EXPECT_TRUE(inspect.json);
+    const QStringList command{"prog", "--json", "-x", "two words", "a\"b c\""};
+    const InspectOptions inspect = parsed(QStringList{"inspect", "--type", "Q*"} + command).inspect;
+    EXPECT_EQ(command, QProcess::splitCommand(inspect.program));
+    EXPECT_EQ("Q*", inspect.type);
+    EXPECT_FALSE(inspect.json);
+    EXPECT_EQ(command, QProcess::splitCommand(parsed(QStringList{"doctor"} + command).doctor.program));
 }
 
 TEST(CommandLine, HelpIsThereForEveryVerbAndNamesWhatCanBeSaid)
@@ -44,6 +49,9 @@ TEST(CommandLine, HelpIsThereForEveryVerbAndNamesWhatCanBeSaid)
         const CommandLine line = parsed({verb, "--help"});
         EXPECT_EQ(Verb::Help, line.verb);
         EXPECT_TRUE(line.helpText.startsWith(QStringLiteral("usage: torvixrunner %1").arg(verb))) << verb;
+        EXPECT_EQ(line.helpText, parsed({"help", verb}).helpText);
+        for (const char* part : {"\nOptions:\n", "\nExamples:\n", "\nExit status: "})
+            EXPECT_TRUE(line.helpText.contains(part)) << verb << part;
     }
     const QString help = parsed({"run", "-h"}).helpText;
     for (const char* text : {"--max-failures N", "--grep PATTERN", "junit", "html"})
@@ -61,8 +69,13 @@ TEST(CommandLine, WrongUseIsToldInOneLineWithTheMend)
     const std::vector<WrongUse> table = {
         {{}, "no verb given; see torvixrunner --help"},
         {{"fly"}, "unknown verb 'fly'; see torvixrunner --help"},
-        {{"run"}, "usage: torvixrunner run [options] SUITE_OR_TEST..."},
-        {{"run", "--fast", "a"}, "unknown option '--fast'; see torvixrunner run --help"},
+        {{"rum"}, "unknown verb 'rum' (did you mean 'run'?); see torvixrunner --help"},
+        {{"run"}, "usage: torvixrunner run [options] SUITE_OR_TEST...; see torvixrunner run --help"},
+        {{"run", "--retrys=2", "a"},
+         "unknown option '--retrys' (did you mean '--retries'?); see torvixrunner run --help"},
+        {{"run", "--last", "a"},
+         "unknown option '--last' (did you mean '--last-failed'?); see torvixrunner run --help"},
+        {{"run", "--colour", "a"}, "unknown option '--colour'; see torvixrunner run --help"},
         {{"run", "a", "--retries"}, "--retries needs a value: N"},
         {{"run", "--retries", "-1", "a"}, "--retries needs a whole number from 0, not '-1'"},
         {{"run", "--repeat-each=0", "a"}, "--repeat-each needs a whole number from 1, not '0'"},
@@ -70,8 +83,14 @@ TEST(CommandLine, WrongUseIsToldInOneLineWithTheMend)
         {{"run", "--reporter", "xml", "a"},
          "--reporter does not know 'xml'; there are html, junit, json, tap, github, summary"},
         {{"run", "--grep", "(", "a"}, "--grep needs a regular expression; '(': missing closing parenthesis"},
-        {{"inspect"}, "usage: torvixrunner inspect [options] [--] PROGRAM [ARGUMENTS...]"},
-        {{"init", "a", "b"}, "usage: torvixrunner init PATH"},
+        {{"run", "--reporter", "junti", "a"},
+         "--reporter does not know 'junti' (did you mean 'junit'?); there are html, junit, json, tap, "
+         "github, "
+         "summary"},
+        {{"inspect"},
+         "usage: torvixrunner inspect [options] [--] PROGRAM [ARGUMENTS...]; see torvixrunner inspect "
+         "--help"},
+        {{"init", "a", "b", "c"}, "usage: torvixrunner init PATH [PROGRAM]; see torvixrunner init --help"},
     };
     for (const WrongUse& row : table) {
         QString error;

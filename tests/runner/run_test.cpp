@@ -1,70 +1,13 @@
-#include "testsupport/report/resultstream.h"
+// The real program on real suites: outcomes, selection, bad input, the other verbs.
+#include "runs.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QThread>
-
-#include <gtest/gtest.h>
-
-#include <csignal>
 
 namespace {
 
 using namespace Torvix;
-
-/** Suites in a temporary folder, and the runner on them. */
-class Runs : public testing::Test
-{
-protected:
-    void write(const QString& name, const QByteArray& text)
-    {
-        QDir(m_folder.path()).mkpath(QFileInfo(name).path());
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text);
-    }
-
-    QString path(const QString& name) const { return QDir(m_folder.path()).canonicalPath() + '/' + name; }
-
-    void start(QProcess* process, const QStringList& arguments)
-    {
-        process->setWorkingDirectory(m_folder.path());
-        process->setProcessChannelMode(QProcess::MergedChannels);
-        process->start(TORVIX_RUNNER, arguments);
-        ASSERT_TRUE(process->waitForStarted());
-    }
-
-    /** The exit code; what was printed is in m_output. */
-    int run(const QStringList& arguments)
-    {
-        QProcess process;
-        start(&process, arguments);
-        EXPECT_TRUE(process.waitForFinished(60'000));
-        m_output = QString::fromUtf8(process.readAll());
-        return process.exitCode();
-    }
-
-    RunReport report(const QString& folder = QStringLiteral("results"))
-    {
-        QFile file(path(folder + "/results.ndjson"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << m_output.toStdString();
-        return readResultStream(file);
-    }
-
-    const ResultEntry* failure(const RunReport& report, int index = 0)
-    {
-        return report.cases.at(index).attempts.last().firstFailure();
-    }
-
-    QTemporaryDir m_folder;
-    QString m_output;
-};
 
 TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
 {
@@ -83,6 +26,11 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
     write("s/tst_6nomain/test.js", "var x = 1;\n");
     write("s/tst_7fatal/test.js", "function main() {\n  test.fatal('the end');\n  test.fail('never');\n}\n");
     write("s/tst_8primitive/test.js", "function main() {\n  throw 'just text';\n}\n");
+    write("s/tst_9async/test.js", "async function main() {\n  await 1;\n  undefined.x;\n}\n");
+    write("s/tst_9stuck/test.js", "async function main() {\n  await new Promise(() => 0);\n}\n");
+    write("s/tst_9xfatal/test.js",
+          "async function main() {\n  await 1;\n  test.fatal('the end');\n  test.fail('never');\n}\n");
+    write("s/tst_9yfine/test.js", "async function main() {\n  await 1;\n  test.log('on');\n}\n");
     EXPECT_EQ(1, run({"run", "s"})) << m_output.toStdString();
 
     struct Expected
@@ -100,6 +48,10 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
         {CaseOutcome::Error, 1, "The script has no function main()"},
         {CaseOutcome::Failed, 2, "the end"},
         {CaseOutcome::Error, 2, "Script threw exception: just text"},
+        {CaseOutcome::Error, 3, "undefined is not an object"},
+        {CaseOutcome::Error, 0, "The function waits for a promise that nothing settles"},
+        {CaseOutcome::Failed, 3, "the end"},
+        {CaseOutcome::Passed, 0, ""},
     };
     const RunReport seen = report();
     ASSERT_EQ(int(table.size()), seen.cases.size());
@@ -109,7 +61,9 @@ TEST_F(Runs, WithoutAnApplicationTellEachOutcomeWithItsPlace)
         SCOPED_TRACE(testCase.name.toStdString());
         EXPECT_EQ(caseOutcomeName(expected.outcome), caseOutcomeName(testCase.outcome()));
         const ResultEntry* entry = failure(seen, i);
-        EXPECT_EQ(expected.line > 0, entry != nullptr);
+        const bool isFine =
+            expected.outcome == CaseOutcome::Passed || expected.outcome == CaseOutcome::Skipped;
+        EXPECT_EQ(isFine, entry == nullptr);
         if (!entry)
             continue;
         EXPECT_EQ(expected.line, entry->line);
@@ -168,6 +122,97 @@ TEST_F(Runs, SelectByTagAndName)
     EXPECT_EQ("s/tst_b  [slow]\n", m_output);
     EXPECT_EQ(5, run({"run", "s", "--grep", "nothing"}));
     EXPECT_EQ("torvixrunner: no test case fits\n", m_output);
+    EXPECT_EQ(0, run({"list", "--json", "s", "s/tst_b"}));
+    const QJsonArray list = QJsonDocument::fromJson(m_output.toUtf8()).array();
+    ASSERT_EQ(3, list.size()) << "a case that two paths name runs once";
+    EXPECT_EQ(QJsonArray{"slow"}, list[1]["tags"].toArray());
+    EXPECT_EQ(path("s/tst_b/test.js"), list[1]["script"].toString());
+    EXPECT_EQ(300, list[1]["timeoutSecs"].toInt());
+    EXPECT_EQ(4, run({"run", "s", "--last-failed"}));
+    EXPECT_EQ("torvixrunner: there is no last run in 'results'; run without --last-failed first, or give its "
+              "folder with --output\n",
+              m_output);
+}
+
+TEST_F(Runs, RepeatedCasesKeepTheirOwnRetriesAndTheLimitTellsWhatDidNotRun)
+{
+    write("s/tst_a/test.js", "function main() { test.fail('no'); }\n");
+    write("s/tst_b/test.js", "function main() {}\n");
+    EXPECT_EQ(1, run({"run", "s", "--retries", "1", "--repeat-each", "3", "--max-failures", "2"}));
+    const RunReport seen = report();
+    ASSERT_EQ(2, seen.cases.size());
+    for (const CaseReport& each : seen.cases)
+        EXPECT_EQ(2, each.attempts.size());
+    EXPECT_EQ(4, seen.notRunCount());
+    EXPECT_TRUE(m_output.contains("2 failed, 4 not run in ")) << m_output.toStdString();
+}
+
+TEST_F(Runs, HostileTextsReachATerminalHarmlessAndWhole)
+{
+    write("s/tst_a/test.js", "function main() {\n  test.fail('a\\u0000b\\u001b[31m', 'x'.repeat(100000));\n"
+                             "  test.fail('second');\n}\n");
+    EXPECT_EQ(1, run({"run", "s"}));
+    EXPECT_TRUE(m_output.contains("   a\\x00b\\x1b[31m\n")) << m_output.left(500).toStdString();
+    EXPECT_TRUE(m_output.contains("   second\n"));
+    EXPECT_TRUE(m_output.contains("more characters are in the result stream]"));
+    EXPECT_LT(m_output.size(), 6000);
+    EXPECT_EQ(100000, report().cases.at(0).attempts.at(0).entries.at(0).detail.size());
+}
+
+TEST_F(Runs, AReportElsewhereFindsItsAttachments)
+{
+    write("s/tst_a/test.js", "function main() { test.attachFile(arguments ? 'data' : '', 'the data'); }\n");
+    write("s/tst_a/data", "x");
+    write("elsewhere/x", "");
+    EXPECT_EQ(0, run({"run", "s", "--reporter", "html:elsewhere/a.html"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"report", "results/results.ndjson", "--reporter", "html:elsewhere/b.html"}));
+    for (const char* name : {"elsewhere/a.html", "elsewhere/b.html"}) {
+        QFile page(path(name));
+        ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(page.readAll().contains("\"../results/tst_a/data\"")) << name;
+    }
+    EXPECT_EQ(0, run({"run", "s"}));
+    EXPECT_EQ(QStringList{"data"}, QDir(path("results/tst_a")).entryList(QDir::Files))
+        << "attachments of an earlier run go with it";
+}
+
+TEST_F(Runs, ReportsThatCannotBeWrittenAreToldEachAndLoseNothing)
+{
+    write("s/tst_a/test.js", "function main() { test.pass('fine'); }\n");
+    EXPECT_EQ(3, run({"run", "s", "--reporter", "junit:no/such/folder.xml", "--reporter", "tap:out.tap"}));
+    EXPECT_TRUE(m_output.contains("torvixrunner: The report 'no/such/folder.xml' cannot be written: "))
+        << m_output.toStdString();
+    EXPECT_TRUE(m_output.contains("torvixrunner report " + path("results/results.ndjson") +
+                                  " --reporter junit:FILE\n"));
+    EXPECT_TRUE(QFile::exists(path("out.tap")));
+    EXPECT_EQ(3, run({"report", "results/results.ndjson", "--reporter", "tap:/dev/full"}));
+    EXPECT_EQ(1, m_output.count('\n')) << m_output.toStdString();
+    EXPECT_EQ(4, run({"report", "out.tap"}));
+    EXPECT_TRUE(m_output.contains("is no result stream")) << m_output.toStdString();
+    EXPECT_EQ(4, run({"report", "results"}));
+    EXPECT_TRUE(m_output.contains("give the results.ndjson in it")) << m_output.toStdString();
+}
+
+TEST_F(Runs, AFullDiskIsToldAndWhatWasWrittenIsAReport)
+{
+    write("s/tst_a/test.js", "function main() { test.log('x'.repeat(30000)); }\n");
+    write("s/tst_b/test.js", "function main() { test.log('y'.repeat(90000)); }\n");
+    QProcess process;
+    process.setWorkingDirectory(m_folder.path());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    // A limit for the size of files, in blocks of 512 bytes, fails a write as a full disk does.
+    process.start("/bin/sh", {"-c", "ulimit -f 128; trap '' XFSZ; exec \"$0\" run s", TORVIX_RUNNER});
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    m_output = QString::fromUtf8(process.readAll());
+    EXPECT_EQ(3, process.exitCode()) << m_output.toStdString();
+    EXPECT_TRUE(
+        m_output.contains("torvixrunner: The result stream could not be written whole: File too large; "
+                          "make room, or choose another folder with --output, and run again\n"))
+        << m_output.toStdString();
+    EXPECT_EQ(0, run({"report", "results/results.ndjson", "--reporter", "json:all.json"}));
+    const RunReport seen = report();
+    EXPECT_EQ(CaseOutcome::Passed, seen.cases.at(0).outcome());
+    EXPECT_FALSE(seen.complete);
 }
 
 TEST_F(Runs, BadInputIsOneLineAndTheRightStatus)
@@ -177,95 +222,29 @@ TEST_F(Runs, BadInputIsOneLineAndTheRightStatus)
     EXPECT_EQ(4, run({"run", "nowhere"}));
     EXPECT_EQ("torvixrunner: nowhere: there is no such suite or test case\n", m_output);
     EXPECT_EQ(4, run({"run", "s", "--output", "blocker/results"}));
-    EXPECT_EQ("torvixrunner: The output folder 'blocker/results' cannot be made; use --output\n", m_output);
+    EXPECT_EQ(
+        "torvixrunner: The output folder 'blocker/results' cannot be made; choose another with --output\n",
+        m_output);
     EXPECT_EQ(4, run({"run", "s", "--no-such"}));
     EXPECT_EQ(1, m_output.count('\n')) << m_output.toStdString();
 }
 
-TEST_F(Runs, ARunawayScriptIsStoppedByItsTime)
+TEST_F(Runs, RenewVerificationPointsOnDemand)
 {
-    write("s/tst_a_loop/test.js", "function main() {\n  for (;;);\n}\n");
-    write("s/tst_a_loop/test.ini", "[General]\nTimeoutSecs = 1\n");
-    write("s/tst_b/test.js", "function main() { test.pass('still here'); }\n");
-    EXPECT_EQ(1, run({"run", "s"})) << m_output.toStdString();
-    const RunReport seen = report();
-    EXPECT_EQ(CaseOutcome::Error, seen.cases.at(0).outcome());
-    EXPECT_TRUE(m_output.contains("The test case took longer than 1 s")) << m_output.toStdString();
-    EXPECT_EQ(CaseOutcome::Passed, seen.cases.at(1).outcome());
-}
-
-TEST_F(Runs, CtrlCEndsTheRunWithItsReport)
-{
-    write("s/tst_a/test.js", "function main() {\n  test.log('started');\n  for (;;);\n}\n");
-    write("s/tst_b/test.js", "function main() {}\n");
-    QProcess process;
-    start(&process, {"run", "s"});
-    QElapsedTimer timer;
-    timer.start();
-    QFile stream(path("results/results.ndjson"));
-    while (timer.elapsed() < 20'000) {
-        if (stream.open(QIODevice::ReadOnly) && stream.readAll().contains("\"started\""))
-            break;
-        stream.close();
-        QThread::msleep(20);
-    }
-    stream.close();
-    kill(pid_t(process.processId()), SIGINT);
-    ASSERT_TRUE(process.waitForFinished(20'000));
-    EXPECT_EQ(2, process.exitCode());
-    const RunReport seen = report();
-    EXPECT_TRUE(seen.complete);
-    EXPECT_TRUE(seen.interrupted);
-    ASSERT_EQ(1, seen.cases.size());
-    EXPECT_EQ(CaseOutcome::Interrupted, seen.cases[0].outcome());
-    EXPECT_TRUE(QFile::exists(path("results/index.html")));
-}
-
-TEST_F(Runs, KilledAtAnyMomentLeaveAStreamThatGivesAReport)
-{
-    write("s/tst_a/test.js", "function main() {\n  test.pass('before');\n  for (;;);\n}\n");
-    QProcess process;
-    start(&process, {"run", "s"});
-    QElapsedTimer timer;
-    timer.start();
-    QByteArray written;
-    while (timer.elapsed() < 20'000 && !written.contains("before")) {
-        QFile stream(path("results/results.ndjson"));
-        if (stream.open(QIODevice::ReadOnly))
-            written = stream.readAll();
-        QThread::msleep(20);
-    }
-    process.kill();
-    ASSERT_TRUE(process.waitForFinished());
-    EXPECT_EQ(0, run({"report", "results/results.ndjson", "--reporter", "tap:-"}));
-    EXPECT_TRUE(m_output.contains("not ok 1 - s/tst_a")) << m_output.toStdString();
-    EXPECT_TRUE(m_output.contains("Bail out!"));
-}
-
-TEST_F(Runs, KilledTakeTheirApplicationsWithThem)
-{
-    write("s/suite.ini", "[General]\nApplicationFolders = \"" TORVIX_TEST_BINARY_DIR "/tests\"\n");
-    write("s/tst_a/test.js", "function main() {\n  test.log('pid ' + startApplication('torvixtarget').pid);\n"
-                             "  for (;;);\n}\n");
-    QProcess process;
-    start(&process, {"run", "s"});
-    QElapsedTimer timer;
-    timer.start();
-    const QRegularExpression pattern("\"pid (\\d+)\"");
-    pid_t application = 0;
-    while (timer.elapsed() < 20'000 && application == 0) {
-        QFile stream(path("results/results.ndjson"));
-        if (stream.open(QIODevice::ReadOnly))
-            application = pattern.match(QString::fromUtf8(stream.readAll())).captured(1).toInt();
-        QThread::msleep(20);
-    }
-    ASSERT_GT(application, 0) << process.readAll().toStdString();
-    process.kill();
-    ASSERT_TRUE(process.waitForFinished());
-    timer.start();
-    while (::kill(application, 0) == 0 && timer.elapsed() < 5'000)
-        QThread::msleep(20);
-    EXPECT_NE(0, ::kill(application, 0)) << "the application goes on";
+    write("s/tst_vp/test.js",
+          "function main() {\n  startApplication('" TORVIX_TEST_BINARY_DIR "/tests/torvixtarget');\n"
+          "  test.vpWithObject('button', {type: 'QPushButton', name: 'count'});\n}\n");
+    EXPECT_EQ(1, run({"run", "s"})) << "there is none yet";
+    EXPECT_TRUE(m_output.contains("There is no verification point 'button'")) << m_output.toStdString();
+    EXPECT_EQ(0, run({"run", "s", "--update-vps"})) << m_output.toStdString();
+    EXPECT_EQ("Verification point 'button' was made",
+              report().cases.at(0).attempts.last().entries.last().message);
+    EXPECT_EQ(0, run({"run", "s"})) << m_output.toStdString();
+    write("s/tst_vp/verificationPoints/button.json",
+          R"({"checks": [{"properties": {"text": "old", "enabled": true}}]})");
+    EXPECT_EQ(1, run({"run", "s"}));
+    EXPECT_EQ(0, run({"run", "s", "--update-vps"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"run", "s"})) << m_output.toStdString();
 }
 
 TEST_F(Runs, ANewSuiteIsOneThatRuns)
@@ -274,18 +253,79 @@ TEST_F(Runs, ANewSuiteIsOneThatRuns)
     EXPECT_EQ(0, run({"init", "suite_new/tst_second"}));
     EXPECT_EQ(0, run({"list", "suite_new"}));
     EXPECT_EQ("suite_new/tst_first\nsuite_new/tst_second\n", m_output);
+    EXPECT_EQ(4, run({"init", "suite_new/second"}));
+    EXPECT_TRUE(m_output.contains("tst_second")) << m_output.toStdString();
     EXPECT_EQ(4, run({"init", "suite_new"}));
     EXPECT_TRUE(m_output.contains("is there already")) << m_output.toStdString();
 }
 
-TEST_F(Runs, TheExampleSuitePasses)
+TEST_F(Runs, ANewSuiteForAProgramPassesAtOnce)
 {
-    EXPECT_EQ(0, run({"run", QStringLiteral(TORVIX_EXAMPLES "/suite_calculator")})) << m_output.toStdString();
+    EXPECT_EQ(1, run({"init", "suite_app", "./no-such-program"}));
+    EXPECT_TRUE(m_output.contains("no-such-program")) << m_output.toStdString();
+    EXPECT_FALSE(QDir(path("suite_app")).exists());
+
+    // A link, so that there is a blank in the path.
+    QDir(m_folder.path()).mkdir("a folder");
+    ASSERT_TRUE(QFile::link(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget", path("a folder/an app")));
+    EXPECT_EQ(0, run({"init", "suite_app", "a folder/an app"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"init", "suite_app/tst_more"})) << m_output.toStdString();
+    EXPECT_EQ(0, run({"run", "suite_app"})) << m_output.toStdString();
     const RunReport seen = report();
-    EXPECT_EQ(seen.cases.size(), seen.count(CaseOutcome::Passed));
-    const ApplicationReport& calculator = seen.cases.at(0).attempts.at(0).applications.at(0);
-    EXPECT_EQ("calculator", calculator.name);
-    EXPECT_EQ("ended with the test case", calculator.ending);
+    ASSERT_EQ(2, seen.cases.size());
+    for (const CaseReport& each : seen.cases)
+        EXPECT_EQ(1, each.attempts[0].applications.size()) << each.name.toStdString();
+}
+
+TEST_F(Runs, InspectShowsTheNameThatFindsEachObject)
+{
+    const QString target = QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget");
+    EXPECT_EQ(0, run({"inspect", "--type", "QPush*", "--properties", target})) << m_output.toStdString();
+    for (const QString& line : m_output.split('\n', Qt::SkipEmptyParts))
+        EXPECT_TRUE(line.startsWith("    ") || line.contains(QRegularExpression("^QPush.*  \\{type='QPush")))
+            << line.toStdString();
+    EXPECT_TRUE(m_output.contains(QRegularExpression("\n    enabled +  = true\n"))) << m_output.toStdString();
+    EXPECT_EQ(0, run({"inspect", "--json", target}));
+    EXPECT_TRUE(QJsonDocument::fromJson(m_output.toUtf8())[0]["children"].isArray());
+    EXPECT_EQ(1, run({"inspect", "--name", "QPush", target}));
+    EXPECT_EQ("torvixrunner: no object fits; * stands for any characters\n", m_output);
+    EXPECT_EQ(1, run({"inspect", "no-such-application"}));
+    EXPECT_EQ(
+        "torvixrunner: Cannot start no-such-application: there is no such program in PATH; give its path, "
+        "or add its folder to PATH\n",
+        m_output);
+}
+
+TEST_F(Runs, TheDoctorTellsWhatIsMissing)
+{
+    EXPECT_EQ(0, run({"doctor", QStringLiteral(TORVIX_TEST_BINARY_DIR "/tests/torvixtarget")}))
+        << m_output.toStdString();
+    EXPECT_TRUE(m_output.endsWith("Nothing is missing that is needed.\n")) << m_output.toStdString();
+    struct Row
+    {
+        const char* platform;
+        const char* display;
+        const char* program;
+        const char* told;
+    };
+    for (const Row& row : std::vector<Row>{
+             {"", "", nullptr, "MISSING  applications have a display: DISPLAY is not set\n"},
+             {"xcb", ":59999", nullptr, "MISSING  applications have a display: DISPLAY=:59999\n"},
+             {"offscreen", ":59999", "/bin/true", "it exited with status 0 before its agent called back"},
+             {"offscreen", "", TORVIX_RUNNER, "MISSING  '" TORVIX_RUNNER "' starts and can be tested\n"}}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM", row.platform);
+        environment.insert("DISPLAY", row.display);
+        environment.remove("WAYLAND_DISPLAY");
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(TORVIX_RUNNER,
+                      row.program ? QStringList{"doctor", row.program} : QStringList{"doctor"});
+        ASSERT_TRUE(process.waitForFinished(60'000));
+        EXPECT_EQ(1, process.exitCode());
+        const QString told = QString::fromUtf8(process.readAllStandardOutput());
+        EXPECT_TRUE(told.contains(row.told)) << told.toStdString();
+    }
 }
 
 TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)
@@ -310,7 +350,13 @@ TEST_F(Runs, WhatGoesWrongWithAnApplicationIsToldAtItsPlace)
     EXPECT_TRUE(failure(seen, 1)->message.contains("no-such-application")) << m_output.toStdString();
     EXPECT_EQ(3, failure(seen, 2)->line);
     EXPECT_TRUE(failure(seen, 2)->message.contains("The closest is")) << m_output.toStdString();
-    EXPECT_TRUE(seen.cases[2].attempts[0].objectTree.contains("QPushButton")) << m_output.toStdString();
+    const AttemptReport& miss = seen.cases[2].attempts[0];
+    EXPECT_TRUE(miss.objectTree.contains("QPushButton")) << m_output.toStdString();
+    ASSERT_EQ(1, miss.entries.last().attachments.size());
+    QFile screen(path("results/" + miss.entries.last().attachments[0].path));
+    EXPECT_TRUE(screen.open(QIODevice::ReadOnly) && screen.read(4) == "\x89PNG")
+        << screen.fileName().toStdString();
+    EXPECT_TRUE(crash.entries.last().attachments.isEmpty()) << "there is nothing to see any more";
 }
 
 } // namespace

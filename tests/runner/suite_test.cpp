@@ -48,6 +48,7 @@ TEST_F(Suites, HaveTheirCasesInOrderAndTheirSettings)
     write("suite_a/shared/scripts/names.js", "");
     EXPECT_EQ("", load("suite_a"));
     EXPECT_EQ("suite_a", m_suite.name);
+    EXPECT_EQ(QStringList{path("suite_a/tst_empty")}, m_suite.leftOut);
     ASSERT_EQ(2, m_suite.cases.size());
     EXPECT_EQ("tst_a", m_suite.cases[0].name);
     EXPECT_EQ((QStringList{"smoke", "slow"}), m_suite.cases[0].tags);
@@ -70,17 +71,28 @@ TEST_F(Suites, FaultsAreToldInOneLine)
 {
     write("s/tst_a/test.js", "");
     const std::vector<std::pair<const char*, const char*>> table = {
-        {"[Genral]\nOwnHome = true\n", "s/suite.ini: unknown group [Genral]; there is only [General]"},
+        {"# fine\n[Genral]\nOwnHome = true\n",
+         "s/suite.ini:2: unknown group [Genral]; there is only [General]"},
+        {"[General\nOwnHome = true\n", "s/suite.ini:1: unknown group [General; there is only [General]"},
+        {"\nOwnHome = true\n", "s/suite.ini:2: 'OwnHome' stands before [General]"},
+        {"[General]\n\nno sense\n",
+         "s/suite.ini:3: 'no sense' is neither KEY = VALUE nor [General] nor a comment with #"},
+        {"[General]\nOwnHome = true\nOwnHome = false\n",
+         "s/suite.ini:3: 'OwnHome' is given again, first in line 2"},
+        {"[General]\n[General]\n", "s/suite.ini:2: [General] is given again"},
         {"[General]\nOwnHom = true\n",
-         "s/suite.ini: unknown key 'OwnHom'; known are ApplicationFolders, Environment, "
-         "CaseTimeoutSecs, StartTimeoutSecs, WaitTimeoutMs, OwnHome"},
-        {"[General]\nOwnHome = maybe\n", "s/suite.ini: 'OwnHome' has to be true or false"},
+         "s/suite.ini:2: unknown key 'OwnHom' (did you mean 'OwnHome'?); known are ApplicationFolders, "
+         "Environment, CaseTimeoutSecs, StartTimeoutSecs, WaitTimeoutMs, OwnHome"},
+        {"[General]\nOwnHome = maybe\n", "s/suite.ini:2: 'OwnHome' has to be true or false"},
         {"[General]\nCaseTimeoutSecs = \"5\"\n",
-         "s/suite.ini: 'CaseTimeoutSecs' has to be a number above 0, without quotes"},
-        {"[General]\nCaseTimeoutSecs = 0\n",
-         "s/suite.ini: 'CaseTimeoutSecs' has to be a number above 0, without quotes"},
+         "s/suite.ini:2: 'CaseTimeoutSecs' has to be a number above 0, without quotes"},
+        {"[General]\r\n# \xc3\xa4\r\nCaseTimeoutSecs = 0\r\n",
+         "s/suite.ini:3: 'CaseTimeoutSecs' has to be a number above 0, without quotes"},
         {"[General]\nEnvironment = A=1\n",
-         "s/suite.ini: 'Environment' has to be quoted strings, separated by commas"},
+         "s/suite.ini:2: 'Environment' has to be quoted strings NAME=value, separated by commas"},
+        {"[General]\nEnvironment = \"A=1\",\"B\"\n",
+         "s/suite.ini:2: 'Environment' has to be quoted strings NAME=value, separated by commas"},
+        {"[General]\nEnvironment = \"\xff\"\n", "s/suite.ini:2: is not UTF-8 text"},
     };
     for (const auto& [text, error] : table) {
         write("s/suite.ini", text);
@@ -88,8 +100,9 @@ TEST_F(Suites, FaultsAreToldInOneLine)
     }
     QFile::remove(path("s/suite.ini"));
     write("s/tst_a/test.ini", "[General]\nTags = smoke\n");
-    EXPECT_EQ("s/tst_a/test.ini: 'Tags' has to be quoted strings, separated by commas", load("s"));
+    EXPECT_EQ("s/tst_a/test.ini:2: 'Tags' has to be quoted strings, separated by commas", load("s"));
     EXPECT_EQ("nowhere: there is no such suite or test case", load("nowhere"));
+    EXPECT_EQ("s/tst_b: there is no such suite or test case (did you mean 'tst_a'?)", load("s/tst_b"));
     write("empty/suite.ini", "");
     EXPECT_EQ("empty: there is no test case in it; one is a folder tst_NAME with a test.js", load("empty"));
 }

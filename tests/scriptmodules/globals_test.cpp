@@ -144,7 +144,8 @@ TEST_F(Globals, ThatAreDeclaredScriptsHave)
 
 TEST_F(Globals, HaveTheMembersThatAreDeclared)
 {
-    for (const char* name : {"object", "objectMap", "console", "MouseButton", "Modifier", "testInteraction"})
+    for (const char* name :
+         {"object", "testData", "objectMap", "console", "MouseButton", "Modifier", "testInteraction"})
         EXPECT_EQ(Declared().members(name),
                   split(text(QStringLiteral("Object.getOwnPropertyNames(%1).join()").arg(name))))
             << name;

@@ -1,3 +1,4 @@
+// As simple as a test case can be: start, do something, check.
 import * as names from 'names.js';
 
 function main() {

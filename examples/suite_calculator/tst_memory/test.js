@@ -1,21 +1,22 @@
-import * as names from 'names.js';
-
-function press(...keys) {
-    for (const key of keys)
-        clickButton(waitForObject(names.button(key)));
-}
+// Sections group the results in the report.
+import { press, shown, start } from 'calculator.js';
 
 function main() {
-    startApplication("calculator");
+    start();
     test.startSection("Store and recall");
     press("4", "2", "MS", "Clear All");
-    test.compare(findObject(names.display).text, "0", "the display is cleared");
+    test.compare(shown(), "0", "the display is cleared");
     press("MR");
-    test.compare(findObject(names.display).text, "42", "the memory is recalled");
+    test.compare(shown(), "42", "the memory is recalled");
+    test.endSection();
+
+    test.startSection("Add to the memory");
+    press("8", "M+", "MR");
+    test.compare(shown(), "50", "42 and 8");
     test.endSection();
 
     test.startSection("Division by zero");
     press("\u00f7", "0", "=");
-    test.compare(findObject(names.display).text, "####", "the display says that it cannot be done");
+    test.compare(shown(), "####", "the display says that it cannot be done");
     test.endSection();
 }

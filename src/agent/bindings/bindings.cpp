@@ -14,6 +14,7 @@ void bindAll(Registry& registry)
     bindItemWidgets(registry);
     bindWidgets(registry);
     bindMenus(registry);
+    bindGraphics(registry);
     bindText(registry);
     bindApplication(registry);
     bindGlobalClass(registry);

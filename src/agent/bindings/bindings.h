@@ -15,6 +15,7 @@ void bindItemViews(Registry& registry);
 void bindItemWidgets(Registry& registry);
 void bindWidgets(Registry& registry);
 void bindMenus(Registry& registry);
+void bindGraphics(Registry& registry);
 void bindText(Registry& registry);
 void bindApplication(Registry& registry);
 

@@ -126,6 +126,8 @@ static void bindLayouts(Registry& registry)
 static void bindContainers(Registry& registry)
 {
     Bind<QTabBar>(registry)
+        .propertyOf(
+            "selectionBehaviorOnRemove", +[](QTabBar& bar) { return int(bar.selectionBehaviorOnRemove()); })
         .method("tabText", &QTabBar::tabText, "index")
         .method("setTabText", &QTabBar::setTabText, "index, text")
         .method("tabRect", &QTabBar::tabRect, "index")

@@ -50,6 +50,10 @@ auto native(Runtime& runtime, JSValueRef* exception, Action action) -> decltype(
     try {
         result = action(scope.exec());
         scope.passException(exception);
+        if (exception) {
+            if (const JSValueRef stopped = runtime.stopIfInterrupted())
+                *exception = stopped;
+        }
     } catch (...) {
         const JSValueRef carried = runtime.script().carryCurrentException();
         if (exception)

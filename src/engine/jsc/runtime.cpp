@@ -60,7 +60,12 @@ Runtime::Runtime(Interpreter* interpreter, const Object& global, const Interpret
     if (traits & lookups)
         installMissHandler(traits);
     loadBuiltins();
-    m_script->setTimeLimit(stopPollSeconds, [this] { return shouldStop(); });
+    m_script->setTimeLimit(stopPollSeconds, [this] {
+        const bool stops = shouldStop();
+        if (stops)
+            keepStopPlace();
+        return stops;
+    });
 }
 
 Runtime::~Runtime()
@@ -70,7 +75,6 @@ Runtime::~Runtime()
     m_script->clearTimeLimit();
     m_builtins = {};
     m_prototypes = {};
-    m_currentObjects.clear();
     m_execs.clear();
     m_globalExec.clearException();
     detachObjects();

@@ -76,7 +76,6 @@ public:
     ExecState* currentExec();
     int sourceIdOf(int frame);
     int lineOf(int frame);
-    QHash<int, Object>& currentObjects() { return m_currentObjects; }
 
     // Running script --------------------------------------------------------------------------------
 
@@ -158,6 +157,14 @@ public:
     void setSourceName(const UString& name) { m_sourceName = name; }
     void setTimeLimit(int timeLimitMs) { m_timeLimit = std::chrono::milliseconds(timeLimitMs); }
     void interrupt() { m_interrupted = true; }
+    /**
+     * For a native function that returns to script: the value to put into `*exception` when the script
+     * is to end, null otherwise. The engine itself looks only now and then, by the processor time that
+     * the script has used, which is nearly none for one that waits in native functions.
+     */
+    JSValueRef stopIfInterrupted();
+    /** Whether the running script is to end: an interrupt, or its time is over. */
+    bool shouldStop() const;
 
     // ScriptHooks -----------------------------------------------------------------------------------
 
@@ -181,7 +188,7 @@ private:
     void loadBuiltins();
     void mark(JSMarkerRef marker);
     bool isInternal(int sourceId) const { return m_internalSources.count(sourceId) > 0; }
-    bool shouldStop();
+    void keepStopPlace();
     template <class Run>
     Rewriting::Outcome counted(Run run);
     template <class Hook>
@@ -203,7 +210,6 @@ private:
 
     ExecState m_globalExec;
     std::vector<std::unique_ptr<ExecState>> m_execs;
-    QHash<int, Object> m_currentObjects;
 
     QHash<JSObjectRef, ObjectImp*> m_views;
     std::array<ObjectImp*, 64> m_restingViews = {};
@@ -231,6 +237,8 @@ private:
     std::chrono::milliseconds m_timeLimit{0};
     std::chrono::steady_clock::time_point m_runStart;
     std::atomic<bool> m_interrupted{false};
+    int m_stopLine = -1; ///< where the script was when it was told to stop
+    int m_stopSourceId = -1;
 };
 
 /** Around a native function that script called: exec state, exception, and what it leaves behind. */

@@ -102,6 +102,7 @@ Rewriting::Outcome Runtime::counted(Run run)
             if (runtime.m_runDepth++ == 0) {
                 runtime.m_runStart = std::chrono::steady_clock::now();
                 runtime.m_interrupted = false;
+                runtime.m_stopLine = runtime.m_stopSourceId = -1;
             }
         }
         ~Scope()
@@ -123,7 +124,8 @@ Rewriting::Outcome Runtime::counted(Run run)
         const QString message = m_interrupted
                                     ? QStringLiteral("Script interrupted")
                                     : QStringLiteral("Script stopped after %1 ms").arg(m_timeLimit.count());
-        const Object error = Error::create(&m_globalExec, GeneralError, UString(message));
+        const Object error =
+            Error::create(&m_globalExec, GeneralError, UString(message), m_stopLine, m_stopSourceId);
         outcome.exception = ValueAccess::toScript(*this, &m_globalExec, error);
     }
     return outcome;
@@ -161,12 +163,27 @@ Completion Runtime::evaluate(const UString& code, const Value& thisValue, bool i
     return Completion(ReturnValue, ValueAccess::fromScript(*this, outcome.value));
 }
 
-bool Runtime::shouldStop()
+bool Runtime::shouldStop() const
 {
-    if (m_interrupted)
-        return true;
-    return m_timeLimit.count() > 0 && m_runDepth > 0 &&
-           std::chrono::steady_clock::now() - m_runStart >= m_timeLimit;
+    return m_interrupted || (m_timeLimit.count() > 0 && m_runDepth > 0 &&
+                             std::chrono::steady_clock::now() - m_runStart >= m_timeLimit);
+}
+
+void Runtime::keepStopPlace()
+{
+    if (m_stopSourceId >= 0)
+        return;
+    const int frame = m_script->frames().depth();
+    m_stopLine = m_script->line(frame);
+    m_stopSourceId = m_script->sourceId(frame);
+}
+
+JSValueRef Runtime::stopIfInterrupted()
+{
+    if (!m_interrupted || m_runDepth == 0)
+        return nullptr;
+    keepStopPlace();
+    return m_script->stop();
 }
 
 const Rewriting::FunctionInfo* Runtime::declarationOf(JSObjectRef function)
@@ -238,7 +255,6 @@ void Runtime::frameEntered(int frame)
 void Runtime::frameLeft(int frame)
 {
     tell([&](Debugger& debugger) { return debugger.exitContext(exec(frame), Completion()); });
-    m_currentObjects.remove(frame);
 }
 
 void Runtime::exceptionThrown(JSValueRef value, bool isCaught, int frame)

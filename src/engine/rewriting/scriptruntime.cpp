@@ -32,19 +32,9 @@ FrameStack& ScriptRuntime::frames()
     return d->frames;
 }
 
-const FrameStack& ScriptRuntime::frames() const
-{
-    return d->frames;
-}
-
 SourceTable& ScriptRuntime::sources()
 {
     return d->rewriter.sources();
-}
-
-Flavour ScriptRuntime::flavour() const
-{
-    return d->flavour;
 }
 
 Outcome ScriptRuntime::evaluate(const QString& text, const QString& url, JSObjectRef thisObject)
@@ -161,6 +151,13 @@ JSValueRef ScriptRuntime::carryCurrentException()
         d->carried = std::current_exception();
     d->frames.word(FrameStack::PendingWord) = 1;
     return d->makeError(QStringLiteral("the run ends with an error of native code"));
+}
+
+JSValueRef ScriptRuntime::stop()
+{
+    d->isStopping = true;
+    d->frames.word(FrameStack::PendingWord) = 1;
+    return d->makeError(QStringLiteral("the run is stopped"));
 }
 
 bool ScriptRuntime::carriesException() const

@@ -53,9 +53,7 @@ public:
 
     JSGlobalContextRef context() const;
     FrameStack& frames();
-    const FrameStack& frames() const;
     SourceTable& sources();
-    Flavour flavour() const;
 
     // Running script ----------------------------------------------------------------------------
 
@@ -127,7 +125,10 @@ public:
      */
     void setTimeLimit(double seconds, std::function<bool()> shouldStop = {});
     void clearTimeLimit();
-    /** Whether the last outermost run was ended by the time limit. */
+    /** For a native function that script called: ends the run as the time limit does, but through the finally
+     *  blocks. Returns the value to put into `*exception`. */
+    JSValueRef stop();
+    /** Whether the last outermost run was ended by the time limit or by stop(). */
     bool wasStopped() const;
 
     /** Before a collection: lets go of what left frames still hold. */

@@ -4,7 +4,9 @@
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
+#include <QTemporaryFile>
+
+#include <cstdio>
 
 namespace KJS::Rewriting {
 
@@ -79,13 +81,17 @@ void TextCache::store(const QByteArray& key, const RewrittenText& text) const
     if (m_folder.isEmpty() || !QDir().mkpath(m_folder))
         return;
     QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QSaveFile file(fileOf(key));
-    if (!file.open(QIODevice::WriteOnly))
+    QTemporaryFile file(m_folder + QLatin1String("/new-XXXXXX"));
+    if (!file.open())
         return;
     const QByteArray bytes = write(text);
-    file.write(checksum(bytes));
-    file.write(bytes);
-    file.commit();
+    const QByteArray whole = checksum(bytes) + bytes;
+    // Not forced to the disk, which takes longer than everything else here: what a crash of the machine
+    // leaves of it does not fit its checksum.
+    if (file.write(whole) == whole.size() && file.flush() &&
+        std::rename(QFile::encodeName(file.fileName()).constData(),
+                    QFile::encodeName(fileOf(key)).constData()) == 0)
+        file.setAutoRemove(false);
 }
 
 void TextCache::prune(int limit) const

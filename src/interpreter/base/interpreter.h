@@ -12,6 +12,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -97,6 +98,9 @@ public:
     virtual void setTimeLimit(int timeLimitMs) = 0;
     /** Ends the run in progress with an error. Callable from any thread; the interpreter stays usable. */
     virtual void interrupt() = 0;
+    /** Whether interrupt() was called since the last evaluation or call began. Native code that waits
+     *  asks this and returns early: the run then ends as soon as it is back in the script. */
+    bool isInterrupted() const { return m_isInterrupted; }
 
     /** The process-wide current interpreter; the latest one made unless setSelf said otherwise. */
     static Interpreter* self();
@@ -128,8 +132,11 @@ protected:
     /** Runs every registered installer on this interpreter, in the order of registration. */
     void initNativeAPI();
     void setLastResult(SharedPtr<ScriptArgument> value) { m_lastResult = value; }
+    /** For interrupt() and for the beginning of a run. */
+    void setInterrupted(bool isInterrupted) { m_isInterrupted = isInterrupted; }
 
 private:
+    std::atomic<bool> m_isInterrupted{false};
     QString m_errorMessage;
     QString m_resultMessage;
     int m_errorLine = 0;

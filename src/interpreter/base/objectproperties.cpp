@@ -49,14 +49,11 @@ SharedPtr<ScriptArgument> objectPropertiesArgument(const ScriptContext& context,
                                                    const SharedPtr<Object>& object)
 {
     ScriptArgument::Map map;
-    const Class* objectClass = object->objectClass();
-    for (int index = 0; index < objectClass->numProperties(); ++index) {
-        const Property* property = objectClass->property(index);
-        if (!property->isReadable())
-            continue;
-        if (const SharedPtr<Object> value = property->get(object))
-            map[property->name()] = argumentOf(context, value);
-    }
+    const QVector<const Property*> properties = Property::readable(object->objectClass());
+    const ObjectList values = Property::getAll(object, properties);
+    for (int i = 0; i < properties.size(); ++i)
+        if (values[i])
+            map[properties[i]->name()] = argumentOf(context, values[i]);
     return context.toArgument(map);
 }
 

@@ -20,8 +20,16 @@ QString ScriptArgument::callableIdentifier() const
     return QString();
 }
 
+QString ScriptArgument::regularExpression() const
+{
+    return QString();
+}
+
 PropertyValue ScriptArgument::toPropertyValue() const
 {
+    const QString pattern = regularExpression();
+    if (!pattern.isNull())
+        return PropertyValue(pattern, PropertyValue::RegularExpression, PropertyValue::String);
     if (isMap())
         return PropertyValue(toRealName(), PropertyValue::Exact, PropertyValue::Name);
     if (isObject())

@@ -16,6 +16,7 @@ class Class;
 class NativeScriptObject;
 class Object;
 class PropertyValue;
+class TestDataRecord;
 
 /**
  * A script value as language-neutral code sees it.
@@ -59,6 +60,8 @@ public:
     virtual List toList() const = 0;
     virtual Map toMap() const = 0;
     virtual SharedPtr<NativeScriptObject> toNative(void* type) const = 0;
+    /** Null for a value that is no record; valid as long as the value. */
+    virtual const TestDataRecord* toTestDataRecord() const = 0;
     /** Never null: the empty context for a value that is none. */
     virtual SharedPtr<ApplicationContext> toApplicationContext() const = 0;
     /** The value as the application wants it for this parameter, or null. */
@@ -73,8 +76,12 @@ public:
     /** Name under which the interpreter registers a callable; null when it is none. */
     virtual QString callableIdentifier() const;
 
+    /** Pattern of a regular expression of the language, in the syntax of QRegularExpression; null when
+     *  the value is none. */
+    virtual QString regularExpression() const;
+
     /** The value as a condition on a property in a real name: a map is the real name of another
-     *  object, everything else a text. */
+     *  object, a regular expression a pattern, everything else a text. */
     virtual PropertyValue toPropertyValue() const;
 };
 

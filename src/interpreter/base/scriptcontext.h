@@ -18,6 +18,7 @@
 namespace Torvix {
 
 class ApplicationContext;
+class TestDataSet;
 class TestResult;
 
 /**
@@ -75,6 +76,8 @@ public:
     virtual SharedPtr<ScriptArgument> toArgument(const ScriptArgument::Map& values) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(SharedPtr<NativeScriptObject> object) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(SharedPtr<Object> object) const = 0;
+    /** A list of the table's records, which keep it. */
+    virtual SharedPtr<ScriptArgument> toArgument(TestDataSet* dataSet) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(SharedPtr<ApplicationContext> context) const = 0;
     virtual SharedPtr<ScriptArgument> toArgument(const Debugger::Location& location) const = 0;
     /** A literal would otherwise become a boolean. */

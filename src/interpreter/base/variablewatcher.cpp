@@ -34,15 +34,13 @@ std::vector<VariableRow> VariableWatcher::objectBindings(const QString& prefix,
                                                          const SharedPtr<Object>& object) const
 {
     std::vector<VariableRow> rows;
-    const Class* objectClass = object->objectClass();
-    for (int index = 0; index < objectClass->numProperties(); ++index) {
-        const Property* property = objectClass->property(index);
-        if (!property->isReadable())
-            continue;
-        const SharedPtr<Object> value = property->get(object);
+    const QVector<const Property*> properties = Property::readable(object->objectClass());
+    const ObjectList values = Property::getAll(object, properties);
+    for (int i = 0; i < properties.size(); ++i) {
+        const SharedPtr<Object>& value = values[i];
         if (!value)
             continue;
-        const QString path = prefix + QLatin1Char('.') + property->name();
+        const QString path = prefix + QLatin1Char('.') + properties[i]->name();
         if (objectHasComponents(value)) {
             registerTorvixObject(QLatin1Char('+') + path, value);
             rows.emplace_back(QLatin1Char('+') + path, VariableValue{value->className(), QString()});

@@ -5,6 +5,7 @@
 #include "interpreter/js/jsinputconstants.h"
 #include "interpreter/js/jsobjectaccess.h"
 #include "interpreter/js/jsscriptfunctions.h"
+#include "interpreter/js/jstestdata.h"
 #include "interpreter/js/jstestinteraction.h"
 #include "interpreter/js/jstorvixinfo.h"
 
@@ -43,9 +44,12 @@ void ExtraFunctionImp::init(KJS::Interpreter* interpreter, KJS::Object* global)
     for (const JsFunctionRow* row = globalFunctions; row->name; ++row)
         global->put(exec, row->name, new ExtraFunctionImp(row->fn, row->length), KJS::None);
     global->put(exec, "object", new JsOurObjectImp(exec), KJS::None);
+    global->put(exec, "testData", new JsTestDataImp, KJS::None);
     global->put(exec, "objectMap", new JsObjectMapImp(exec), KJS::None);
     global->put(exec, "torvixinfo", new JsTorvixInfoImp(exec), KJS::None);
     global->put(exec, "testInteraction", new JsTestInteractionImp, KJS::None);
+    // The engine has a hidden one, whose attributes an assignment would keep.
+    global->deleteProperty(exec, "console");
     global->put(exec, "console", new JsConsoleImp, KJS::None);
     global->put(exec, "Console", new DeprecatedJsConsoleImp, KJS::None);
     global->put(exec, "MouseButton", new JsMouseButtonImp, KJS::None);

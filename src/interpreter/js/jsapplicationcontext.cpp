@@ -240,6 +240,8 @@ KJS::Value jsWaitForApplicationLaunch(KJS::ExecState* exec, KJS::Object&, const 
     if (args.size() > 1)
         return syntaxError(exec, "waitForApplicationLaunch() takes zero or one argument");
     const int timeout = args.isEmpty() ? -1 : args[0].toInt32(exec);
+    if (exec->hadException())
+        return KJS::Undefined();
     QString error;
     const SharedPtr<ApplicationContext> context = runner()->waitForApplicationLaunch(timeout, &error);
     // There is no text of its own for an empty error: intended.

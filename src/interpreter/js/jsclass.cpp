@@ -18,6 +18,16 @@ KJS::UString JsClassImp::className() const
     return "Class";
 }
 
+/** A namespace with enums of its own is a class to the application; others are in it all the same. */
+static const Class* classInNamespace(const Class* outer, const QString& name)
+{
+    const bool mayBeNamespace =
+        !outer->isIdentity() && outer->numSuperClasses() == 0 && outer->numConstructors() == 0;
+    if (!mayBeNamespace || name.isEmpty() || outer->application() != Inspector::self()->current())
+        return nullptr;
+    return Inspector::self()->classByName(outer->name() + QLatin1String("::") + name);
+}
+
 KJS::Value JsClassImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
 {
     const KJS::Value own = ObjectImp::get(exec, name);
@@ -41,6 +51,8 @@ KJS::Value JsClassImp::get(KJS::ExecState* exec, const KJS::Identifier& name) co
     int number = 0;
     if (enumeratorValue(m_class, key, &number))
         return KJS::Number(number);
+    if (const Class* inner = classInNamespace(m_class, key))
+        return new JsClassImp(exec, inner);
     return KJS::Undefined();
 }
 

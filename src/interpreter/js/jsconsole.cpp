@@ -1,5 +1,6 @@
 #include "interpreter/js/jsconsole.h"
 
+#include "engine/execstate.h"
 #include "interpreter/js/jsutils.h"
 
 namespace Torvix {
@@ -16,6 +17,8 @@ KJS::Value jsConsoleAssert(KJS::ExecState* exec, KJS::Object&, const KJS::List& 
     QString message = QStringLiteral("ERROR: Assertion in script");
     if (args.size() > 1)
         message += QLatin1String(": ") + args[1].toString(exec).qstring();
+    if (exec->hadException())
+        return exec->exception(); // the message's own toString threw
     return argError(exec, KJS::GeneralError, message);
 }
 

@@ -7,6 +7,7 @@
 #include "interpreter/js/jsutils.h"
 #include "interpreter/js/overload.h"
 #include "objectmodel/inspector.h"
+#include "objectmodel/objectname.h"
 
 #include <cmath>
 #include <limits>
@@ -189,12 +190,16 @@ private:
         const QString text = QStrFromObj(m_exec, value);
         // A map stands for the name of an object.
         const QString name = isKJSMap(value, m_exec) ? JSScriptArgument(m_exec, value).toRealName() : text;
+        Inspector::self()->setLastError(QString());
         const SharedPtr<Object> converted =
             convertTo(Inspector::self()->createString(name), target, indirect);
-        if (!converted)
-            return fail(QStringLiteral("Failed to convert argument '%1' of type %2 to type %3")
-                            .arg(text, plainTypeName(m_exec, value), target->name()));
-        return converted;
+        if (converted)
+            return converted;
+        const QString failure = QStringLiteral("Failed to convert argument '%1' of type %2 to type %3")
+                                    .arg(text, plainTypeName(m_exec, value), target->name());
+        // Of a name it helps to know what came closest.
+        const QString miss = ObjectName::isRealName(name) ? Inspector::self()->lastError() : QString();
+        return fail(miss.isEmpty() ? failure : failure + QLatin1String(": ") + miss);
     }
 
     KJS::ExecState* m_exec;

@@ -20,23 +20,18 @@ int JsDebugger::nextSourceId() const
     return KJS::Debugger::nextSourceId();
 }
 
-std::vector<KJS::ExecState*> JsDebugger::execStates() const
+KJS::ExecState* JsDebugger::execState(unsigned depth) const
 {
     KJS::Interpreter* engine = KJS::Debugger::interpreter();
-    std::vector<KJS::ExecState*> states;
     const int count = engine ? engine->frameCount() : 0;
-    states.reserve(std::size_t(count));
-    for (int frame = 1; frame <= count; ++frame)
-        states.push_back(engine->frameExec(frame));
-    return states;
+    return depth < unsigned(count) ? engine->frameExec(count - int(depth)) : nullptr;
 }
 
 std::vector<LineInfo> JsDebugger::callStack() const
 {
-    const std::vector<KJS::ExecState*> states = execStates();
     std::vector<LineInfo> stack;
-    for (auto state = states.rbegin(); state != states.rend(); ++state) {
-        const KJS::Context context = (*state)->context();
+    for (unsigned depth = 0; const KJS::ExecState* state = execState(depth); ++depth) {
+        const KJS::Context context = state->context();
         const QString file = findSourceId(context.sourceId());
         if (!file.isNull())
             stack.push_back(LineInfo{file, context.curStmtFirstLine()});

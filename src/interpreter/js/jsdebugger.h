@@ -34,8 +34,8 @@ public:
     int nextSourceId() const override;
     std::vector<LineInfo> callStack() const override;
 
-    /** States of the entered frames, outermost first. */
-    std::vector<KJS::ExecState*> execStates() const;
+    /** State of an entered frame, 0 being the innermost; null beyond the outermost. */
+    KJS::ExecState* execState(unsigned depth) const;
 
     bool sourceParsed(KJS::ExecState* exec, int sourceId, const KJS::UString& source, int errorLine) override;
     bool exception(KJS::ExecState* exec, const KJS::Value& value, bool caught) override;

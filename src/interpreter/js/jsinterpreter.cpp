@@ -8,6 +8,7 @@
 #include "interpreter/js/jsnativefunction.h"
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
+#include "interpreter/js/jspromise.h"
 #include "interpreter/js/jsscriptargument.h"
 #include "interpreter/js/jsscriptcontext.h"
 #include "interpreter/js/jstest.h"
@@ -153,6 +154,7 @@ void JsInterpreter::keepResult(const KJS::Value& value)
 bool JsInterpreter::evaluate(const QString& code, const QString& fileName, bool, bool silent)
 {
     clearError();
+    setInterrupted(false);
     setLastResult(nullptr);
     ScriptContext::setCurrent(m_scriptContext.get());
     jsSourceFile = std::make_unique<QString>(realPath(fileName));
@@ -174,6 +176,7 @@ KJS::Value JsInterpreter::evaluateJs(const QString& code, bool* hadValue, const 
 {
     *hadValue = false;
     clearError();
+    setInterrupted(false);
     setLastResult(nullptr);
     ScriptContext::setCurrent(m_scriptContext.get());
     const KJS::Completion completion = m_interpreter->evaluate(code, KJS::Value(), false);
@@ -210,6 +213,7 @@ bool JsInterpreter::call(const QString& name, const ObjectList& args)
 {
     const PositionKeeper position(debugger());
     clearError();
+    setInterrupted(false);
     KJS::ExecState* exec = m_execStates.isEmpty() ? getGlobalExecState() : m_execStates.top();
     KJS::Object function = findCallable(exec, name);
     if (function.isNull())
@@ -225,7 +229,9 @@ bool JsInterpreter::call(const QString& name, const ObjectList& args)
         debugger()->setCurrentSourceId(declared->sourceId());
     }
     KJS::Object global = m_interpreter->globalObject();
-    function.call(exec, global, list);
+    const KJS::Value answer = function.call(exec, global, list);
+    if (m_execStates.isEmpty())
+        awaitPromise(exec, answer);
     if (!exec->hadException())
         return true;
     bool isTestOutcome = false;
@@ -273,20 +279,31 @@ void JsInterpreter::fetchErrorInfo(KJS::ExecState* exec, const KJS::Value* excep
         const ExceptionKeeper keeper(exec);
         setErrorMessage(error.get(exec, "message").toString(exec).qstring());
     }
+    const int sourceId = positiveProperty(exec, error, "sourceId");
+    const QString file = debugger()->findSourceId(sourceId);
+    if (sourceId && file.isNull()) {
+        setErrorPlaceToCaller();
+        return;
+    }
     if (const int line = positiveProperty(exec, error, "line"))
         setErrorLine(line);
-    if (const int sourceId = positiveProperty(exec, error, "sourceId"))
-        setErrorFile(debugger()->findSourceId(sourceId));
+    if (sourceId)
+        setErrorFile(file);
 }
 
-void JsInterpreter::fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception)
+void JsInterpreter::setErrorPlaceToCaller()
 {
-    setErrorMessage(QStringLiteral("Script threw exception: ") + textOf(exec, exception));
     const std::vector<LineInfo> stack = errorCallStack();
     if (stack.empty())
         return;
     setErrorFile(stack.front().file);
     setErrorLine(stack.front().line);
+}
+
+void JsInterpreter::fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception)
+{
+    setErrorMessage(QStringLiteral("Script threw exception: ") + textOf(exec, exception));
+    setErrorPlaceToCaller();
 }
 
 void JsInterpreter::setError(const QString& message)
@@ -346,6 +363,7 @@ void JsInterpreter::setTimeLimit(int timeLimitMs)
 
 void JsInterpreter::interrupt()
 {
+    setInterrupted(true);
     m_interpreter->interrupt();
 }
 

@@ -86,6 +86,8 @@ private:
     void initBindings();
     KJS::Object findCallable(KJS::ExecState* exec, const QString& name);
     void fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception);
+    /** For errors that have no place in a file: that of the innermost frame that has one. */
+    void setErrorPlaceToCaller();
     void keepResult(const KJS::Value& value);
 
     std::unique_ptr<OurKJSInterpreter> m_interpreter;

@@ -7,16 +7,43 @@
 #include "interpreter/js/jsapplicationcontext.h"
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
+#include "interpreter/js/jstestdata.h"
 #include "interpreter/js/jsutils.h"
 #include "objectmodel/class.h"
 #include "objectmodel/object.h"
 #include "objectmodel/propertyvalue.h"
 
 #include <QDebug>
+#include <QRegularExpression>
 
 #include <cmath>
 
 namespace Torvix {
+
+namespace {
+
+/** ECMA-262's pattern as that of QRegularExpression: the two differ in how characters are written. */
+QString patternOfRegExp(const QString& source, const QString& flags)
+{
+    static const QRegularExpression different(
+        QStringLiteral(R"(\\u\{([0-9A-Fa-f]+)\}|\\u([0-9A-Fa-f]{4})|\\.|\[\^\])"));
+    QString pattern = flags.contains(QLatin1Char('i')) ? QStringLiteral("(?i)") : QString();
+    int done = 0;
+    for (auto matches = different.globalMatch(source); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        pattern += source.midRef(done, match.capturedStart() - done);
+        const QString code = match.captured(1) + match.captured(2);
+        if (!code.isEmpty())
+            pattern += QStringLiteral("\\x{%1}").arg(code);
+        else
+            pattern +=
+                match.captured() == QLatin1String("[^]") ? QStringLiteral("[\\s\\S]") : match.captured();
+        done = match.capturedEnd();
+    }
+    return pattern + source.midRef(done);
+}
+
+} // namespace
 
 JSScriptArgument::JSScriptArgument(KJS::ExecState* exec, const KJS::Value& value)
     : m_exec(exec)
@@ -159,6 +186,11 @@ SharedPtr<NativeScriptObject> JSScriptArgument::toNative(void* type) const
     return wrapper ? wrapper->object() : nullptr;
 }
 
+const TestDataRecord* JSScriptArgument::toTestDataRecord() const
+{
+    return unwrapTestDataRecord(m_value);
+}
+
 SharedPtr<ApplicationContext> JSScriptArgument::toApplicationContext() const
 {
     return unwrapAppContext(m_value);
@@ -173,6 +205,15 @@ SharedPtr<Object> JSScriptArgument::convertToArgument(const Argument&) const
 SharedPtr<ScriptArgument> JSScriptArgument::invoke(const List&, QString*) const
 {
     return nullptr;
+}
+
+QString JSScriptArgument::regularExpression() const
+{
+    const KJS::Object object = KJS::Object::dynamicCast(m_value);
+    if (object.isNull() || object.className() != "RegExp")
+        return QString();
+    return patternOfRegExp(object.get(m_exec, "source").toString(m_exec).qstring(),
+                           object.get(m_exec, "flags").toString(m_exec).qstring());
 }
 
 PropertyValue JSScriptArgument::toPropertyValue() const

@@ -42,9 +42,11 @@ public:
     /** Inherited enumerable properties count. Empty as a whole when a value is undefined. */
     Map toMap() const override;
     SharedPtr<NativeScriptObject> toNative(void* type) const override;
+    const TestDataRecord* toTestDataRecord() const override;
     SharedPtr<ApplicationContext> toApplicationContext() const override;
     SharedPtr<Object> convertToArgument(const Argument& argument) const override;
     SharedPtr<ScriptArgument> invoke(const List& arguments, QString* error) const override;
+    QString regularExpression() const override;
     PropertyValue toPropertyValue() const override;
 
     const KJS::Value& value() const { return m_value; }

@@ -9,6 +9,7 @@
 #include "interpreter/js/jsnativeobject.h"
 #include "interpreter/js/jsobject.h"
 #include "interpreter/js/jsscriptargument.h"
+#include "interpreter/js/jstestdata.h"
 #include "interpreter/js/jsutils.h"
 #include "interpreter/js/ourkjsinterpreter.h"
 #include "objectmodel/object.h"
@@ -122,6 +123,11 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<Object> object) 
     return object ? argumentOf(jsWrap(m_exec, object)) : nullArgument();
 }
 
+SharedPtr<ScriptArgument> JSScriptContext::toArgument(TestDataSet* dataSet) const
+{
+    return argumentOf(wrapTestDataSet(m_exec, dataSet));
+}
+
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<ApplicationContext> context) const
 {
     return argumentOf(new JsApplicationContextImp(m_exec, context));
@@ -147,10 +153,10 @@ bool JSScriptContext::lineInfo(LineInfo* info, unsigned int depth) const
     const auto* debugger = dynamic_cast<const JsDebugger*>(Debugger::self());
     if (!debugger)
         return false;
-    const std::vector<KJS::ExecState*> frames = debugger->execStates();
-    if (depth >= frames.size())
+    const KJS::ExecState* frame = debugger->execState(depth);
+    if (!frame)
         return false;
-    const KJS::Context context = frames[frames.size() - 1 - depth]->context();
+    const KJS::Context context = frame->context();
     *info = LineInfo{debugger->findSourceId(context.sourceId()), context.curStmtFirstLine()};
     return true;
 }

@@ -34,6 +34,7 @@ public:
     SharedPtr<ScriptArgument> toArgument(const ScriptArgument::Map& values) const override;
     SharedPtr<ScriptArgument> toArgument(SharedPtr<NativeScriptObject> object) const override;
     SharedPtr<ScriptArgument> toArgument(SharedPtr<Object> object) const override;
+    SharedPtr<ScriptArgument> toArgument(TestDataSet* dataSet) const override;
     SharedPtr<ScriptArgument> toArgument(SharedPtr<ApplicationContext> context) const override;
     SharedPtr<ScriptArgument> toArgument(const Debugger::Location& location) const override;
     /** Scripts see the static member Foo.bar as the global Foo_bar. */

@@ -142,6 +142,9 @@ KJS::Value jsWaitFor(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
         const qint64 elapsedMs = timer.elapsed();
         if (timeoutMs >= 0 && double(elapsedMs) > timeoutMs)
             return KJS::Boolean(false);
+        // What is polled runs too little script, or none, to be stopped in it.
+        if (exec->interpreter()->isStopping())
+            return argError(exec, KJS::GeneralError, QStringLiteral("Script interrupted"));
         usleep(sleepMicroseconds(elapsedMs));
     }
 }

@@ -101,7 +101,10 @@ JsTestFunctionImp::~JsTestFunctionImp() = default;
 
 KJS::Value JsTestFunctionImp::call(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
-    return dispatchGenericScriptFunction(exec, args, testFunctions()[std::size_t(m_type)].function);
+    const std::vector<TestFunctionRow>& table = testFunctions();
+    if (m_type < 0 || std::size_t(m_type) >= table.size())
+        return KJS::Undefined();
+    return dispatchGenericScriptFunction(exec, args, table[std::size_t(m_type)].function);
 }
 
 } // namespace Torvix

@@ -32,7 +32,7 @@ private:
 class JsTestFunctionImp : public KJS::ObjectImp
 {
 public:
-    /** The row of the function in the table of all. */
+    /** The row of the function in the table of all; a call of one beyond it gives Undefined. */
     using Type = int;
 
     /** The result sink is reached through the current script context; here it has no use. */

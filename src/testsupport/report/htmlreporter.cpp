@@ -1,26 +1,98 @@
 #include "htmlpage.h"
-#include "testsupport/report/reporters.h"
+#include "testsupport/report/htmlcase.h"
 
+#include <QSet>
 #include <QUrl>
+
+#include <algorithm>
+#include <numeric>
 
 namespace Torvix {
 
 namespace {
 
-constexpr int outputLimit =
-    20'000; ///< characters of an application's output or an object tree that are shown
+/** The page of 500 cases stays below 2 MB; of more, each adds its share. */
+constexpr int pageBytes = 1'900'000;
+constexpr int pageBytesOfCase = pageBytes / 500;
+/** So much stands in the page as it is; what is beyond is packed and unfolds when a case is opened. */
+constexpr int plainBytes = 500'000;
 
-QString escaped(const QString& text)
+/** Tried one after the other until the page is small enough. */
+constexpr HtmlLimits limitSteps[] = {
+    {},
+    {20'000, 2000, 20'000, 100'000}, // what failed is what people read
+    {4000, 300, 4000, 100'000},      //
+    {1000, 0, 1000, 100'000},        //
+    {1000, 0, 1000, 100},            //
+    {1000, 0, 500, 40},              //
+    {300, 0, 300, 15},               //
+    {0, 0, 120, 3},
+};
+
+bool isFine(const CaseReport& testCase)
 {
-    return text.toHtmlEscaped();
+    return testCase.outcome() == CaseOutcome::Passed || testCase.outcome() == CaseOutcome::Skipped;
 }
 
-QString shortened(const QString& text)
+/** What links to each case: its name, with a number when there are several of that name. */
+QStringList caseIds(const RunReport& report)
 {
-    if (text.size() <= outputLimit)
-        return text;
-    return QStringLiteral("[%1 characters left out]\n").arg(text.size() - outputLimit) +
-           text.right(outputLimit);
+    QStringList ids;
+    QSet<QString> taken{QStringLiteral("search"), QStringLiteral("none"), QStringLiteral("packed")};
+    for (const CaseReport& testCase : report.cases) {
+        const QString name =
+            testCase.suite.isEmpty() ? testCase.name : testCase.suite + QLatin1Char('/') + testCase.name;
+        QString id = name;
+        id.replace(QLatin1Char(' '), QLatin1Char('_')); // an id has no blanks
+        const QString base = id;
+        for (int i = 2; taken.contains(id); ++i)
+            id = QStringLiteral("%1~%2").arg(base, QString::number(i));
+        taken += id;
+        ids += id;
+    }
+    return ids;
+}
+
+/** The bodies of the cases: those that stand in the page, failures first, and the others packed. */
+struct Bodies
+{
+    QStringList plain; ///< of each case; null when it is packed
+    QByteArray packed; ///< zlib in Base64: the bodies of the others, in their order, with NUL between
+
+    qint64 size() const
+    {
+        return std::accumulate(plain.begin(), plain.end(), qint64(packed.size()),
+                               [](qint64 sum, const QString& body) { return sum + body.size(); });
+    }
+};
+
+Bodies makeBodies(const RunReport& report, const ReporterOptions& options, const HtmlLimits& limits)
+{
+    Bodies bodies;
+    for (const CaseReport& testCase : report.cases)
+        bodies.plain += htmlCaseBody(testCase, options, limits);
+    QVector<int> order(report.cases.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_partition(order.begin(), order.end(), [&](int i) { return !isFine(report.cases[i]); });
+    int left = plainBytes;
+    QVector<int> packed;
+    for (const int i : order) {
+        const int size = bodies.plain[i].size();
+        if (size <= left)
+            left -= size;
+        else
+            packed += i;
+    }
+    std::sort(packed.begin(), packed.end());
+    QByteArray text;
+    for (const int i : packed) {
+        text += bodies.plain[i].toUtf8() + '\0';
+        bodies.plain[i] = QString();
+    }
+    constexpr int lengthField = 4; // qCompress() puts the length before the zlib stream
+    if (!packed.isEmpty())
+        bodies.packed = qCompress(text).mid(lengthField).toBase64();
+    return bodies;
 }
 
 class HtmlWriter
@@ -30,16 +102,36 @@ public:
 
     QByteArray write(const RunReport& report)
     {
+        const qint64 limit = qMax(qint64(pageBytes), qint64(report.cases.size()) * pageBytesOfCase);
+        constexpr qint64 headBytes = 600; // of a case, its tags included
+        const qint64 room = limit - 30'000 - headBytes * report.cases.size();
+        Bodies bodies;
+        bool shortened = false;
+        for (const HtmlLimits& limits : limitSteps) {
+            bodies = makeBodies(report, m_options, limits);
+            if (bodies.size() <= room)
+                break;
+            shortened = true;
+        }
         const QString title = report.name.isEmpty() ? QStringLiteral("Torvix report") : report.name;
         m_html += QStringLiteral("<!doctype html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                                  "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
                                  "<title>%1</title>\n<style>%2</style>\n</head>\n<body>\n")
-                      .arg(escaped(title), QLatin1String(htmlPageStyle));
+                      .arg(htmlText(title), QLatin1String(htmlPageStyle));
         writeOverview(report, title);
-        for (const CaseReport& testCase : report.cases)
-            writeCase(testCase);
-        m_html += QLatin1String("<p id=\"none\" class=\"faint\" hidden>No test case fits.</p>\n");
+        writeFilter(report);
+        if (shortened)
+            m_html += QLatin1String("<p class=\"faint\">Long texts are shortened here; the result stream has "
+                                    "them whole.</p>\n");
+        m_html += QLatin1String("<main>\n");
+        const QStringList ids = caseIds(report);
+        for (int i = 0; i < report.cases.size(); ++i)
+            writeCase(report.cases[i], ids[i], bodies.plain[i]);
+        m_html += QLatin1String("</main>\n<p id=\"none\" class=\"faint\" hidden>No test case fits.</p>\n");
         writeEnvironment(report);
+        if (!bodies.packed.isEmpty())
+            m_html += QStringLiteral("<script type=\"application/zlib\" id=\"packed\">%1</script>\n")
+                          .arg(QLatin1String(bodies.packed));
         m_html +=
             QStringLiteral("<script>%1</script>\n</body>\n</html>\n").arg(QLatin1String(htmlPageScript));
         return m_html.toUtf8();
@@ -48,142 +140,93 @@ public:
 private:
     void writeOverview(const RunReport& report, const QString& title)
     {
-        m_html += QStringLiteral("<h1>%1</h1>\n<p class=\"faint\">%2, %3%4</p>\n")
-                      .arg(escaped(title), report.started.toUTC().toString("yyyy-MM-dd HH:mm:ss 'UTC'"),
-                           durationText(report.durationMs),
-                           report.complete ? QString() : QStringLiteral(", <b>the run has no end</b>"));
-        m_html += QLatin1String("<ul class=\"counts\">\n");
-        writeCount("all", "all", report.cases.size());
-        for (const CaseOutcome outcome : {CaseOutcome::Passed, CaseOutcome::Failed, CaseOutcome::Error,
-                                          CaseOutcome::Skipped, CaseOutcome::Interrupted}) {
+        QStringList facts;
+        if (report.started.isValid())
+            facts += report.started.toUTC().toString("yyyy-MM-dd HH:mm:ss 'UTC'");
+        facts += durationText(report.durationMs);
+        if (const int count = report.notRunCount())
+            facts += QStringLiteral("%1 not run").arg(count);
+        if (report.interrupted)
+            facts += QStringLiteral("<b class=\"interrupted\">interrupted</b>");
+        if (!report.complete)
+            facts += QStringLiteral("<b class=\"interrupted\">the run has no end</b>");
+        m_html += QStringLiteral("<header>\n<h1>%1</h1>\n<p class=\"faint\">%2</p>\n<div class=\"bar\" "
+                                 "aria-hidden=\"true\">")
+                      .arg(htmlText(title), facts.join(QStringLiteral(" \u00b7 ")));
+        for (const CaseOutcome outcome : outcomes) {
             if (const int count = report.count(outcome))
-                writeCount(caseOutcomeName(outcome), caseOutcomeName(outcome), count);
+                m_html += QStringLiteral("<i class=\"%1\" style=\"flex:%2\"></i>")
+                              .arg(caseOutcomeName(outcome))
+                              .arg(count);
         }
-        if (const int count = report.flakyCount())
-            writeCount(QStringLiteral("flaky"), QStringLiteral("flaky"), count);
-        m_html += QLatin1String("</ul>\n<input id=\"search\" type=\"search\" placeholder=\"Filter by text\" "
-                                "aria-label=\"Filter by text\">\n");
+        m_html += QLatin1String("</div>\n");
         for (const QString& problem : report.problems)
-            m_html += QStringLiteral("<p class=\"warning\">Result stream, %1</p>\n").arg(escaped(problem));
+            m_html += QStringLiteral("<p class=\"warning\">Result stream, %1</p>\n").arg(htmlText(problem));
+        m_html += QLatin1String("</header>\n");
     }
 
-    void writeCount(const QString& outcome, const QString& label, int count)
+    void writeFilter(const RunReport& report)
+    {
+        m_html += QLatin1String("<nav aria-label=\"Filter\">\n<ul class=\"counts\">\n");
+        writeCount(QStringLiteral("all"), report.cases.size());
+        for (const CaseOutcome outcome : outcomes) {
+            if (const int count = report.count(outcome))
+                writeCount(caseOutcomeName(outcome), count);
+        }
+        if (const int count = report.flakyCount())
+            writeCount(QStringLiteral("flaky"), count);
+        m_html +=
+            QLatin1String("</ul>\n<input id=\"search\" type=\"search\" placeholder=\"Filter by text ( / )\" "
+                          "aria-label=\"Filter by text\">\n"
+                          "<button type=\"button\" id=\"fold\">Open all</button>\n</nav>\n");
+    }
+
+    void writeCount(const QString& outcome, int count)
     {
         m_html += QStringLiteral("<li><button type=\"button\" data-outcome=\"%1\" aria-pressed=\"%2\">"
-                                 "<span class=\"%1\">%3</span> %4</button></li>\n")
-                      .arg(outcome, outcome == "all" ? "true" : "false", label)
+                                 "<i class=\"%1\"></i>%1 <b>%3</b></button></li>\n")
+                      .arg(outcome, outcome == "all" ? "true" : "false")
                       .arg(count);
     }
 
-    void writeCase(const CaseReport& testCase)
+    void writeCase(const CaseReport& testCase, const QString& id, const QString& body)
     {
         const QString outcome = caseOutcomeName(testCase.outcome());
-        const bool fine = testCase.outcome() == CaseOutcome::Passed;
-        m_html += QStringLiteral("<details class=\"case\" data-outcomes=\"%1%2\"%3>\n<summary>"
-                                 "<span class=\"badge %1\">%1</span><span class=\"name\">%4</span>")
-                      .arg(outcome, testCase.isFlaky() ? " flaky" : "",
-                           fine || testCase.outcome() == CaseOutcome::Skipped ? "" : " open",
-                           escaped(testCase.suite.isEmpty() ? testCase.name
-                                                            : testCase.suite + " / " + testCase.name));
+        const bool isPacked = body.isNull();
+        m_html += QStringLiteral("<details class=\"case\" id=\"%1\" data-outcomes=\"%2%3\"%4%5>\n"
+                                 "<summary><b class=\"%2\">%2</b>")
+                      .arg(htmlText(id), outcome, testCase.isFlaky() ? " flaky" : "",
+                           isPacked ? " data-packed" : "", isFine(testCase) || isPacked ? "" : " open");
+        const QString suite =
+            testCase.suite.isEmpty()
+                ? QString()
+                : QStringLiteral("<span class=\"faint\">%1 / </span>").arg(htmlText(testCase.suite));
+        m_html += QStringLiteral("<span class=\"name\">%1%2</span>").arg(suite, htmlText(testCase.name));
         if (testCase.isFlaky())
-            m_html += QLatin1String("<span class=\"badge flaky\">flaky</span>");
+            m_html += QStringLiteral("<b class=\"flaky\">flaky</b>");
         for (const QString& tag : testCase.tags)
-            m_html += QStringLiteral("<span class=\"faint\">%1</span>").arg(escaped(tag));
-        m_html += QStringLiteral("<span class=\"faint\">%1</span></summary>\n<div>\n")
-                      .arg(durationText(testCase.durationMs()));
-        for (int i = 0; i < testCase.attempts.size(); ++i)
-            writeAttempt(testCase.attempts[i], testCase.attempts.size() > 1 ? i + 1 : 0);
-        m_html += QLatin1String("</div>\n</details>\n");
-    }
-
-    void writeAttempt(const AttemptReport& attempt, int number)
-    {
-        if (number > 0)
-            m_html += QStringLiteral("<p>Attempt %1: <span class=\"badge %2\">%2</span></p>\n")
-                          .arg(number)
-                          .arg(caseOutcomeName(attempt.outcome));
-        m_html += QLatin1String("<ol class=\"steps\">\n");
-        QStringList sections;
-        for (const ResultEntry& entry : attempt.entries) {
-            if (entry.sections != sections && !entry.sections.isEmpty())
-                m_html += QStringLiteral("<li><b>%1</b></li>\n")
-                              .arg(escaped(entry.sections.join(QStringLiteral(" / "))));
-            sections = entry.sections;
-            writeEntry(entry, attempt.started);
-        }
-        m_html += QLatin1String("</ol>\n");
-        for (const ApplicationReport& application : attempt.applications)
-            writeApplication(application);
-        if (!attempt.objectTree.isEmpty())
-            m_html += QStringLiteral("<details><summary>Object tree</summary><pre>%1</pre></details>\n")
-                          .arg(escaped(shortened(attempt.objectTree)));
-    }
-
-    void writeEntry(const ResultEntry& entry, const QDateTime& started)
-    {
-        m_html += QStringLiteral("<li><span class=\"badge %1\">%1</span> %2")
-                      .arg(resultTypeName(entry.type), escaped(entry.message));
-        QStringList facts;
-        if (!entry.file.isEmpty())
-            facts += positionText(escaped(relativeTo(m_options.baseFolder, entry.file)), entry.line);
-        if (entry.time.isValid() && started.isValid())
-            facts +=
-                QStringLiteral("after %1").arg(durationText(qMax<qint64>(0, started.msecsTo(entry.time))));
-        if (!facts.isEmpty())
-            m_html += QStringLiteral(" <span class=\"faint\">%1</span>").arg(facts.join(", "));
-        if (!entry.detail.isEmpty())
-            m_html += QStringLiteral("<pre>%1</pre>").arg(escaped(entry.detail));
-        if (entry.source.firstLine > 0)
-            writeSource(entry);
-        for (const Attachment& attachment : entry.attachments)
-            writeAttachment(attachment);
-        m_html += QLatin1String("</li>\n");
-    }
-
-    void writeSource(const ResultEntry& entry)
-    {
-        m_html += QLatin1String("<pre>");
-        int number = entry.source.firstLine;
-        for (const QString& line : entry.source.lines) {
-            const QString text = QStringLiteral("%1  %2").arg(number, 5).arg(escaped(line));
-            m_html += number == entry.line ? QStringLiteral("<mark>%1</mark>\n").arg(text) : text + '\n';
-            ++number;
-        }
-        m_html += QLatin1String("</pre>");
-    }
-
-    void writeAttachment(const Attachment& attachment)
-    {
-        const QString address = escaped(QString::fromLatin1(QUrl::toPercentEncoding(attachment.path, "/")));
-        const QString text =
-            escaped(attachment.description.isEmpty() ? attachment.path : attachment.description);
-        if (attachment.mimeType.startsWith(QLatin1String("image/")))
-            m_html += QStringLiteral("<p><a href=\"%1\"><img src=\"%1\" loading=\"lazy\" alt=\"%2\"></a></p>")
-                          .arg(address, text);
-        else
-            m_html += QStringLiteral("<p><a href=\"%1\">%2</a></p>").arg(address, text);
-    }
-
-    void writeApplication(const ApplicationReport& application)
-    {
-        m_html += QStringLiteral("<p class=\"faint\">Application %1 (process %2): %3</p>\n")
-                      .arg(escaped(application.name), QString::number(application.pid),
-                           escaped(application.ending));
-        if (!application.output.isEmpty())
-            m_html += QStringLiteral("<details><summary>Output of %1</summary><pre>%2</pre></details>\n")
-                          .arg(escaped(application.name), escaped(shortened(application.output)));
+            m_html += QStringLiteral("<span class=\"tag\">%1</span>").arg(htmlText(tag));
+        m_html +=
+            QStringLiteral("<span class=\"faint\">%1</span><a href=\"#%2\" aria-label=\"Link to %3\">#</a>"
+                           "</summary>\n<div class=\"body\">\n%4</div>\n</details>\n")
+                .arg(durationText(testCase.durationMs()),
+                     QString::fromLatin1(QUrl::toPercentEncoding(id, "/")), htmlText(testCase.name), body);
     }
 
     void writeEnvironment(const RunReport& report)
     {
         if (report.environment.isEmpty())
             return;
-        m_html += QLatin1String("<details><summary>Environment</summary><table>\n");
+        m_html += QLatin1String("<details class=\"fold\"><summary>Environment</summary><table>\n");
         for (auto it = report.environment.begin(); it != report.environment.end(); ++it)
-            m_html += QStringLiteral("<tr><td>%1</td><td>%2</td></tr>\n")
-                          .arg(escaped(it.key()), escaped(it.value().toVariant().toString()));
+            m_html += QStringLiteral("<tr><th scope=\"row\">%1</th><td>%2</td></tr>\n")
+                          .arg(htmlText(it.key()), htmlText(it.value().toVariant().toString()));
         m_html += QLatin1String("</table></details>\n");
     }
+
+    static constexpr CaseOutcome outcomes[] = {CaseOutcome::Failed, CaseOutcome::Error,
+                                               CaseOutcome::Interrupted, CaseOutcome::Skipped,
+                                               CaseOutcome::Passed};
 
     const ReporterOptions& m_options;
     QString m_html;

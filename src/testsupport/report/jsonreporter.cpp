@@ -66,7 +66,8 @@ QByteArray renderJson(const RunReport& report, const ReporterOptions&)
                              {"error", report.count(CaseOutcome::Error)},
                              {"skipped", report.count(CaseOutcome::Skipped)},
                              {"interrupted", report.count(CaseOutcome::Interrupted)},
-                             {"flaky", report.flakyCount()}};
+                             {"flaky", report.flakyCount()},
+                             {"notRun", report.notRunCount()}};
     return QJsonDocument(QJsonObject{{"name", report.name},
                                      {"started", report.started.toUTC().toString(Qt::ISODateWithMs)},
                                      {"durationMs", report.durationMs},

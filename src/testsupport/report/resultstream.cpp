@@ -1,5 +1,6 @@
 #include "testsupport/report/resultstream.h"
 
+#include "testsupport/report/jsonline.h"
 #include "testsupport/report/reporters.h"
 
 #include <QFileInfo>
@@ -7,21 +8,21 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 namespace Torvix {
 
 namespace {
 
-QString timeText(const QDateTime& time)
+QJsonArray attachmentsToJson(const QVector<Attachment>& attachments, const QString& folder)
 {
-    return time.toUTC().toString(Qt::ISODateWithMs);
-}
-
-QJsonObject attachmentToJson(const Attachment& attachment)
-{
-    return {{"path", attachment.path},
-            {"mimeType", attachment.mimeType},
-            {"description", attachment.description}};
+    QJsonArray json;
+    for (const Attachment& attachment : attachments)
+        json.append(QJsonObject{{"path", relativeTo(folder, attachment.path)},
+                                {"mimeType", attachment.mimeType},
+                                {"description", attachment.description}});
+    return json;
 }
 
 Attachment attachmentFromJson(const QJsonObject& json)
@@ -36,28 +37,6 @@ QStringList stringsFromJson(const QJsonValue& json)
     for (const QJsonValue& value : array)
         list += value.toString();
     return list;
-}
-
-QJsonObject entryToJson(const ResultEntry& entry)
-{
-    QJsonObject json{{"type", resultTypeName(entry.type)}, {"message", entry.message}};
-    if (!entry.detail.isEmpty())
-        json["detail"] = entry.detail;
-    if (!entry.file.isEmpty())
-        json["file"] = entry.file;
-    if (entry.line > 0)
-        json["line"] = entry.line;
-    if (!entry.sections.isEmpty())
-        json["sections"] = QJsonArray::fromStringList(entry.sections);
-    if (entry.source.firstLine > 0)
-        json["source"] = QJsonObject{{"firstLine", entry.source.firstLine},
-                                     {"lines", QJsonArray::fromStringList(entry.source.lines)}};
-    QJsonArray attachments;
-    for (const Attachment& attachment : entry.attachments)
-        attachments.append(attachmentToJson(attachment));
-    if (!attachments.isEmpty())
-        json["attachments"] = attachments;
-    return json;
 }
 
 ResultEntry entryFromJson(const QJsonObject& json, ResultType type, const QDateTime& time)
@@ -93,7 +72,13 @@ CaseOutcome outcomeFromName(const QString& name)
 class ReportBuilder
 {
 public:
-    RunReport take() { return std::move(m_report); }
+    RunReport take()
+    {
+        // Without an end it lasted as far as the stream tells.
+        if (!m_report.complete && m_report.started.isValid() && m_lastTime.isValid())
+            m_report.durationMs = qMax<qint64>(0, m_report.started.msecsTo(m_lastTime));
+        return std::move(m_report);
+    }
 
     void problem(int line, const QString& text)
     {
@@ -105,6 +90,8 @@ public:
     {
         const QString name = event["event"].toString();
         const QDateTime time = QDateTime::fromString(event["time"].toString(), Qt::ISODateWithMs);
+        if (time.isValid())
+            m_lastTime = time;
         if (name == "run-started")
             return runStarted(event, time);
         if (name == "case-started")
@@ -113,6 +100,7 @@ public:
             return runEnded(event);
         if (!m_attempt)
             return false;
+        m_attempt->durationMs = qMax<qint64>(0, m_attempt->started.msecsTo(time)); // until its end says it
         if (name == "result")
             return result(event, time);
         if (name == "application-ended")
@@ -131,6 +119,7 @@ private:
     {
         m_report.name = event["name"].toString();
         m_report.started = time;
+        m_report.plannedCases = event["plannedCases"].toInt();
         m_report.environment = event["environment"].toObject();
         return true;
     }
@@ -139,20 +128,21 @@ private:
     {
         const QString suite = event["suite"].toString();
         const QString name = event["name"].toString();
-        // A retry follows its case at once or after others: it belongs to the entry of that name.
-        auto known = m_report.cases.end();
+        // A retry follows its case at once or after others: it belongs to the last entry of that name, of
+        // which there are several when cases are repeated.
+        auto known = m_report.cases.rend();
         if (event["attempt"].toInt(1) > 1)
-            known = std::find_if(m_report.cases.begin(), m_report.cases.end(), [&](const CaseReport& each) {
+            known = std::find_if(m_report.cases.rbegin(), m_report.cases.rend(), [&](const CaseReport& each) {
                 return each.suite == suite && each.name == name;
             });
-        if (known == m_report.cases.end()) {
+        if (known == m_report.cases.rend()) {
             CaseReport testCase;
             testCase.suite = suite;
             testCase.name = name;
             testCase.path = event["path"].toString();
             testCase.tags = stringsFromJson(event["tags"]);
             m_report.cases += testCase;
-            known = m_report.cases.end() - 1;
+            known = m_report.cases.rbegin();
         }
         known->attempts += AttemptReport();
         m_attempt = &known->attempts.last();
@@ -197,79 +187,93 @@ private:
     }
 
     RunReport m_report;
+    QDateTime m_lastTime;
     AttemptReport* m_attempt = nullptr;
 };
 
 } // namespace
 
-ResultStreamWriter::ResultStreamWriter(QIODevice* device) : m_device(device)
+ResultStreamWriter::ResultStreamWriter(QIODevice* device)
+    : m_device(device)
+    , m_file(qobject_cast<QFileDevice*>(device))
 {
-    if (const auto* file = qobject_cast<QFile*>(device))
-        m_folder = QFileInfo(file->fileName()).absolutePath();
+    if (m_file)
+        m_folder = QFileInfo(m_file->fileName()).absolutePath();
 }
 
-void ResultStreamWriter::write(const char* event, QJsonObject fields)
+void ResultStreamWriter::write(JsonLine& line)
 {
-    fields["event"] = event;
-    if (!fields.contains("time"))
-        fields["time"] = timeText(QDateTime::currentDateTimeUtc());
-    const QByteArray line = QJsonDocument(fields).toJson(QJsonDocument::Compact) + '\n';
-    bool written = m_device->write(line) == line.size();
-    if (auto* file = qobject_cast<QFileDevice*>(m_device))
-        written = file->flush() && written;
+    const QByteArray text = line.end();
+    errno = 0;
+    bool written = m_device->write(text) == text.size();
+    if (m_file)
+        written = m_file->flush() && written;
+    // The device may know no more than that there was an error.
     if (!written && m_error.isEmpty())
-        m_error = m_device->errorString();
+        m_error = errno != 0 ? QString::fromLocal8Bit(std::strerror(errno)) : m_device->errorString();
 }
 
 void ResultStreamWriter::runStarted(const QString& name, int plannedCases, const QJsonObject& environment)
 {
-    write("run-started", {{"schema", schemaVersion},
-                          {"name", name},
-                          {"plannedCases", plannedCases},
-                          {"environment", environment}});
+    write(JsonLine("run-started")
+              .add("schema", schemaVersion)
+              .add("name", name)
+              .add("plannedCases", plannedCases)
+              .add("environment", environment));
 }
 
 void ResultStreamWriter::caseStarted(const CaseReport& testCase, int attempt)
 {
-    write("case-started", {{"suite", testCase.suite},
-                           {"name", testCase.name},
-                           {"path", testCase.path},
-                           {"tags", QJsonArray::fromStringList(testCase.tags)},
-                           {"attempt", attempt}});
+    write(JsonLine("case-started")
+              .add("suite", testCase.suite)
+              .add("name", testCase.name)
+              .add("path", testCase.path)
+              .add("tags", testCase.tags)
+              .add("attempt", attempt));
 }
 
-void ResultStreamWriter::entry(const ResultEntry& given)
+void ResultStreamWriter::entry(const ResultEntry& entry)
 {
-    ResultEntry entry = given;
-    for (Attachment& attachment : entry.attachments)
-        attachment.path = relativeTo(m_folder, attachment.path);
-    QJsonObject json = entryToJson(entry);
-    if (entry.time.isValid())
-        json["time"] = timeText(entry.time);
-    write("result", json);
+    JsonLine line("result", entry.time);
+    line.add("type", resultTypeName(entry.type)).add("message", entry.message);
+    if (!entry.detail.isEmpty())
+        line.add("detail", entry.detail);
+    if (!entry.file.isEmpty())
+        line.add("file", entry.file);
+    if (entry.line > 0)
+        line.add("line", entry.line);
+    if (!entry.sections.isEmpty())
+        line.add("sections", entry.sections);
+    if (entry.source.firstLine > 0)
+        line.add("source", QJsonObject{{"firstLine", entry.source.firstLine},
+                                       {"lines", QJsonArray::fromStringList(entry.source.lines)}});
+    if (!entry.attachments.isEmpty())
+        line.add("attachments", attachmentsToJson(entry.attachments, m_folder));
+    write(line);
 }
 
 void ResultStreamWriter::applicationEnded(const ApplicationReport& application)
 {
-    write("application-ended", {{"name", application.name},
-                                {"pid", application.pid},
-                                {"ending", application.ending},
-                                {"output", application.output}});
+    write(JsonLine("application-ended")
+              .add("name", application.name)
+              .add("pid", application.pid)
+              .add("ending", application.ending)
+              .add("output", application.output));
 }
 
 void ResultStreamWriter::objectTree(const QString& text)
 {
-    write("object-tree", {{"text", text}});
+    write(JsonLine("object-tree").add("text", text));
 }
 
 void ResultStreamWriter::caseEnded(CaseOutcome outcome, qint64 durationMs)
 {
-    write("case-ended", {{"outcome", caseOutcomeName(outcome)}, {"durationMs", durationMs}});
+    write(JsonLine("case-ended").add("outcome", caseOutcomeName(outcome)).add("durationMs", durationMs));
 }
 
 void ResultStreamWriter::runEnded(bool interrupted, qint64 durationMs)
 {
-    write("run-ended", {{"interrupted", interrupted}, {"durationMs", durationMs}});
+    write(JsonLine("run-ended").add("interrupted", interrupted).add("durationMs", durationMs));
 }
 
 RunReport readResultStream(QIODevice& device)
@@ -299,6 +303,7 @@ RunReport mergeReports(const QVector<RunReport>& parts)
     for (int i = 1; i < parts.size(); ++i) {
         const RunReport& part = parts[i];
         whole.cases += part.cases;
+        whole.plannedCases += part.plannedCases;
         whole.problems += part.problems;
         whole.complete = whole.complete && part.complete;
         whole.interrupted = whole.interrupted || part.interrupted;

@@ -10,6 +10,8 @@ class QIODevice;
 
 namespace Torvix {
 
+class JsonLine;
+
 /**
  * Writes the result stream: one JSON object a line (NDJSON, UTF-8), flushed as it happens, so that
  * a run that is killed still has its report up to the last event. The events and their fields are
@@ -29,7 +31,7 @@ public:
     void runStarted(const QString& name, int plannedCases, const QJsonObject& environment);
     void caseStarted(const CaseReport& testCase, int attempt);
     /** Attachments in the stream's folder are written relative to it. */
-    void entry(const ResultEntry& given);
+    void entry(const ResultEntry& entry);
     void applicationEnded(const ApplicationReport& application);
     void objectTree(const QString& text);
     void caseEnded(CaseOutcome outcome, qint64 durationMs);
@@ -39,10 +41,11 @@ public:
     QString errorString() const { return m_error; }
 
 private:
-    void write(const char* event, QJsonObject fields);
+    void write(JsonLine& line);
 
     QIODevice* m_device;
-    QString m_folder; ///< of the stream; empty when it is no file
+    QFileDevice* m_file; ///< the device if it is a file, or null
+    QString m_folder;    ///< of the stream; empty when it is no file
     QString m_error;
 };
 

@@ -117,11 +117,14 @@ struct RunReport
     bool complete = false; ///< false when the stream has no end: the run was killed or still goes on
     bool interrupted = false;
     QJsonObject environment;
+    int plannedCases = 0;
     QVector<CaseReport> cases;
     QStringList problems; ///< lines of the stream that could not be read, as text for people
 
     int count(CaseOutcome outcome) const;
     int flakyCount() const;
+    /** Planned cases that were never started, since the run ended before. */
+    int notRunCount() const { return plannedCases > cases.size() ? plannedCases - cases.size() : 0; }
     bool failed() const;
 };
 

@@ -79,9 +79,27 @@ QString tapDiagnostics(const AttemptReport& attempt)
     return yaml + QStringLiteral("  ...\n");
 }
 
+constexpr int shownCharacters = 4000;
+
+/** For a terminal: without what would steer it, and not longer than people read. */
+QString forTerminal(const QString& text)
+{
+    QString shown;
+    for (const QChar c : text.left(shownCharacters)) {
+        const bool isControl = (c < ' ' && c != '\n' && c != '\t') || (c >= QChar(0x7f) && c < QChar(0xa0));
+        shown +=
+            isControl ? QStringLiteral("\\x%1").arg(int(c.unicode()), 2, 16, QLatin1Char('0')) : QString(c);
+    }
+    if (text.size() > shownCharacters)
+        shown += QStringLiteral("\n[%1 more characters are in the result stream]")
+                     .arg(text.size() - shownCharacters);
+    return shown;
+}
+
 QString indented(const QString& text, const QString& indent)
 {
-    return indent + QString(text).replace(QLatin1Char('\n'), QLatin1Char('\n') + indent) + QLatin1Char('\n');
+    return indent + forTerminal(text).replace(QLatin1Char('\n'), QLatin1Char('\n') + indent) +
+           QLatin1Char('\n');
 }
 
 class Painter
@@ -119,7 +137,8 @@ QString summarisedFailure(const CaseReport& testCase, int number, const Painter&
                         .arg(positionText(relativeTo(options.baseFolder, entry.file), entry.line));
     }
     for (const ApplicationReport& application : attempt.applications)
-        text += QStringLiteral("   application %1: %2\n").arg(application.name, application.ending);
+        text += QStringLiteral("   application %1: %2\n")
+                    .arg(forTerminal(application.name), forTerminal(application.ending));
     return text + QLatin1Char('\n');
 }
 
@@ -213,6 +232,7 @@ QByteArray renderSummary(const RunReport& report, const ReporterOptions& options
     add(report.count(CaseOutcome::Skipped), "skipped");
     add(report.count(CaseOutcome::Interrupted), "interrupted");
     add(report.flakyCount(), "flaky");
+    add(report.notRunCount(), "not run");
     if (counts.isEmpty())
         counts += QStringLiteral("no test cases");
     const QString total = counts.join(QLatin1String(", "));

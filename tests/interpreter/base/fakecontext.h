@@ -56,6 +56,7 @@ public:
     List toList() const override { return m_list; }
     Map toMap() const override { return m_map; }
     SharedPtr<NativeScriptObject> toNative(void*) const override { return nullptr; }
+    const TestDataRecord* toTestDataRecord() const override { return nullptr; }
     SharedPtr<ApplicationContext> toApplicationContext() const override { return new ApplicationContext; }
     SharedPtr<Object> convertToArgument(const Argument&) const override { return nullptr; }
     SharedPtr<ScriptArgument> invoke(const List&, QString*) const override { return nullptr; }
@@ -119,6 +120,7 @@ public:
     {
         return new FakeArgument(object);
     }
+    SharedPtr<ScriptArgument> toArgument(TestDataSet*) const override { return nullArgument(); }
     SharedPtr<ScriptArgument> toArgument(SharedPtr<ApplicationContext>) const override
     {
         return nullArgument();

@@ -80,6 +80,42 @@ TEST_F(JsScreensTest, PicturesAreFoundWhereTheyAre)
               "TypeError: The option 'tolerance' has to be a whole number from 0 to 255, not '256'");
 }
 
+/** The same on a desktop that is scaled. */
+class JsScaledScreensTest : public JsScreensTest, public testing::WithParamInterface<const char*>
+{
+protected:
+    void SetUp() override
+    {
+        qputenv("QT_SCALE_FACTOR", GetParam());
+        JsScreensTest::SetUp();
+        qunsetenv("QT_SCALE_FACTOR");
+    }
+};
+
+TEST_P(JsScaledScreensTest, PicturesAreFoundWhereOneClicks)
+{
+    const double factor = QByteArray(GetParam()).toDouble();
+    ASSERT_TRUE(run("saveDesktopScreenshot('screen.png'); object.grabScreenshot(button, 'snapshot.png');"
+                    "var b = object.globalBounds(button)"));
+    const QRectF bounds(text("b.x").toDouble(), text("b.y").toDouble(), text("b.width").toDouble(),
+                        text("b.height").toDouble());
+    const QRect cut(bounds.topLeft().toPoint() * factor, (bounds.size() * factor).toSize());
+    EXPECT_EQ(QImage(directory.filePath("snapshot.png")).size(), cut.size()) << "sharp";
+    ASSERT_TRUE(QImage(directory.filePath("screen.png")).copy(cut).save(directory.filePath("button.png")));
+    for (const char* found : {"findImage('button.png')", "findImage('snapshot.png', {object: button})"})
+        for (const char* side : {"x", "y", "width", "height"})
+            EXPECT_LE(text(QString("Math.abs(%1.%2 - b.%2)").arg(found, side)).toDouble(), 1)
+                << found << side;
+}
+
+INSTANTIATE_TEST_SUITE_P(Factors, JsScaledScreensTest, testing::Values("1.5", "2"),
+                         [](const auto& each) { return "By" + std::to_string(each.index + 1); });
+
+TEST_F(JsScreensTest, ANamespaceWithEnumsHasItsClassesToo)
+{
+    EXPECT_EQ(text("[Shop.Paid, Shop.Item.Pen, Shop.Nothing, Qt.LeftButton, Qt.Nothing].join()"), "4,1,,1,");
+}
+
 TEST_F(JsScreensTest, TextIsReadFromTheScreen)
 {
     if (QStandardPaths::findExecutable("tesseract").isEmpty()) {
@@ -99,6 +135,18 @@ TEST_F(JsScreensTest, TextIsReadFromTheScreen)
     EXPECT_EQ(text("var b = object.globalBounds(button), t = findOcrText('Do count');"
                    "t.x >= b.x && t.y >= b.y - 2 && t.x + t.width <= b.x + b.width"),
               "true");
+    EXPECT_EQ(text("var all = findAllOcrText('Do count');"
+                   "all.length == 1 && JSON.stringify(all[0]) == JSON.stringify(t)"),
+              "true");
+    EXPECT_EQ(text("findAllOcrText('Nowhere').length + '' + JSON.stringify(findAllOcrText('Nowhere'))"),
+              "0[]");
+    EXPECT_EQ(text("var line = getAllOcrText({object: button}).filter(l => l.text.includes('Do count'))[0];"
+                   "line.x >= b.x && line.y >= b.y - 2 && line.width <= b.width && line.height <= b.height"),
+              "true");
+    EXPECT_EQ(thrown("findAllOcrText()"),
+              "Error: Wrong number of arguments (0), use findAllOcrText(text[, options])");
+    EXPECT_EQ(thrown("getAllOcrText({timeout: 5, ignoreCase: true})"),
+              "Error: There is no option 'ignoreCase' here, only language, timeout, object");
     EXPECT_TRUE(thrown("getOcrText({language: 'none'})").startsWith("Error: Text recognition failed: "));
     EXPECT_EQ(thrown("test.ocrTextPresent(' ')"), "TypeError: There is no text to look for");
 }
@@ -136,6 +184,63 @@ TEST_F(JsScreensTest, ScreenshotsAreVerifiedWithToleranceAndMasks)
               "changed-expected.png changed-seen.png changed-difference.png changed-expected.json "
               "changed-seen.json");
     EXPECT_TRUE(thrown("test.vpWithObject('none', button)").startsWith("TypeError: Cannot read image '"));
+}
+
+TEST_F(JsScreensTest, VerificationPointsAreWrittenFromObjects)
+{
+    const QString folder = directory.filePath("verificationPoints/");
+    EXPECT_EQ(text("createVP(button, 'usual')"), folder + "usual.json");
+    EXPECT_EQ(results("test.vp('usual')"), "pass|Verification point 'usual'|");
+    EXPECT_EQ(text("createVP(button, 'own', {properties: ['text', 'enabled']}); test.vp('own')"), "true");
+    EXPECT_TRUE(results("button.toolTip = 'new'; test.vpWithObject('usual', button)")
+                    .endsWith(": toolTip: expected \"\", found \"new\""));
+    EXPECT_EQ(text("createVP(button, 'usual'); test.vp('usual')"), "true") << "replaces it";
+
+    EXPECT_EQ(text("createVP({type: 'QPushButton', name: 'count'}, 'named'); button.text = 'Changed';"
+                   "test.vp('named')"),
+              "false")
+        << "the object is found by the name that was given, not by the text that differs";
+    EXPECT_TRUE(entries().last().detail.contains("text: expected \"&Do count\", found \"Changed\""))
+        << entries().last().detail.toStdString();
+    ASSERT_TRUE(run("var table = waitForObjectExists({type: 'QTableWidget', name: 'table'})"));
+    EXPECT_EQ(text("createVP(table, 'cells'); test.vp('cells')"), "true");
+    EXPECT_EQ(text("test.compare(table.item(1, 1).text(), 'cell 1.1'); table.item(1, 1).setText('other');"
+                   "test.vp('cells')"),
+              "false");
+    EXPECT_TRUE(entries().last().detail.endsWith("row 2, column 2: expected \"cell 1.1\", found \"other\""));
+
+    EXPECT_EQ(text("createVisualVP(button, 'look', {tolerance: 3, masks: [[0, 0, 2, 2]]})"),
+              folder + "look.json");
+    EXPECT_EQ(text("test.vp('look')"), "true");
+    EXPECT_EQ(text("button.text = 'Other'; test.vpWithObject('look', button)"), "false");
+    EXPECT_TRUE(entries().last().detail.contains("screenshot: "));
+    result.setUpdatesVerificationPoints(true);
+    EXPECT_TRUE(results("test.vpWithObject('look', button)")
+                    .startsWith("warning|Verification point 'look' was renewed|"));
+    EXPECT_EQ(results("test.vpWithObject('look', button)"), "pass|Verification point 'look'|");
+    ASSERT_TRUE(QFile::remove(folder + "look.png"));
+    EXPECT_TRUE(results("test.vpWithObject('look', button)").endsWith("look.png' was missing"));
+    EXPECT_EQ(results("test.vpWithObject('look', button)"), "pass|Verification point 'look'|");
+    EXPECT_EQ(results("test.vpWithObject('fresh', table)"),
+              "warning|Verification point 'fresh' was made|" + folder + "fresh.json");
+    EXPECT_EQ(results("test.vp('fresh')"), "pass|Verification point 'fresh'|");
+
+    const std::pair<const char*, const char*> wrong[] = {
+        {"createVP(button)", "Error: Wrong number of arguments (1), use createVP(object, name[, options])"},
+        {"createVisualVP()",
+         "Error: Wrong number of arguments (0), use createVisualVP(object, name[, options])"},
+        {"createVP(button, 'x', {properties: ['nosuch']})", "Error: QPushButton has no property 'nosuch'"},
+        {"createVP(button, 'x', {table: true})",
+         "Error: QPushButton is no table: it has no rows and columns"},
+        {"createVisualVP(button, 'x', {properties: ['text']})",
+         "Error: There is no option 'properties' here, only tolerance, differingPixels, masks"},
+    };
+    for (const auto& [code, expected] : wrong)
+        EXPECT_EQ(thrown(code), expected) << code;
+    EXPECT_TRUE(thrown("createVisualVP(button, 'x', {masks: [[1, 2]]})")
+                    .endsWith("each of 'masks' has to be [x, y, width, height]"));
+    EXPECT_FALSE(QFile::exists(folder + "x.json"));
+    EXPECT_FALSE(QFile::exists(folder + "x.png")) << "nothing of it is left";
 }
 
 TEST_F(JsScreensTest, TablesAreVerifiedCellByCell)
@@ -211,6 +316,12 @@ TEST_F(JsDisplayTest, AVideoAndAScreenshotOfTheDisplay)
     EXPECT_EQ(probe.readAllStandardOutput().trimmed(), "320,200") << "even sizes, for every player";
     EXPECT_EQ(thrown("test.stopVideoCapture()"),
               "TypeError: test.stopVideoCapture() without test.startVideoCapture()");
+    EXPECT_EQ(results("test.startVideoCapture()"), "log|Video capture started|");
+    result.finish();
+    EXPECT_EQ(entries().last().message, "Video capture ended with the test case");
+    EXPECT_GT(QFileInfo(entries().last().attachments.value(0).path).size(), 1000);
+    result.finish();
+    EXPECT_EQ(entries().last().attachments.size(), 1) << "once";
 }
 
 } // namespace

@@ -124,6 +124,17 @@ TEST_F(JsScriptArgumentTest, MapsAreRealNamesAndPropertyConditions)
     EXPECT_EQ(describe(value("{wildcardPattern: 'a*', regexPattern: 'b'}")->toPropertyValue()), "a*/2/0");
     EXPECT_EQ(describe(value("{regexPattern: 'b.*', other: 1}")->toPropertyValue()), "b.*/1/0");
 
+    // A regular expression of the script, in the syntax of the one that holds it against properties.
+    const std::pair<const char*, const char*> patterns[] = {
+        {"/O[kK].*/", "O[kK].*/1/0"},     {"new RegExp('a|b')", "a|b/1/0"},
+        {"/ok/gi", "(?i)ok/1/0"},         {"/\\u00e9\\u{1f642}/u", "\\x{00e9}\\x{1f642}/1/0"},
+        {"/\\\\u00e9/", "\\\\u00e9/1/0"}, {"/a[^]b\\//", "a[\\s\\S]b\\//1/0"},
+    };
+    for (const auto& [code, expected] : patterns)
+        EXPECT_EQ(describe(value(code)->toPropertyValue()), expected) << code;
+    EXPECT_EQ(value("{text: /it's/, window: {type: /Q.*/}}")->toRealName(),
+              "{text~='it\\'s' window={type~='Q.*'}}");
+
     EXPECT_EQ(value("{type: 'QPushButton', text: {wildcardPattern: 'O*'}, visible: true, occurrence: 2}")
                   ->toRealName(),
               "{type='QPushButton' occurrence=2 text*='O*' visible=true}");

@@ -1,4 +1,6 @@
+#include "interpreter/base/debugger.h"
 #include "interpreter/js/apitest.h"
+#include "interpreter/js/jstest.h"
 
 namespace Torvix {
 namespace {
@@ -19,10 +21,57 @@ TEST_F(JsTestTest, FunctionsComeIntoBeingOnFirstUse)
         "1110");
     EXPECT_EQ(text("[test.log === test.log, typeof test.log.call, typeof test.nosuchfunction].join()"),
               "true,undefined,undefined");
+    EXPECT_EQ(text("var d = Object.getOwnPropertyDescriptor(test.log, 'length');"
+                   "[d.writable, d.enumerable, d.configurable, Object.getPrototypeOf(test.log)].join()"),
+              "false,false,false,");
+    EXPECT_EQ(text("test.log.call === undefined && Object.getPrototypeOf(test) === Object.prototype"),
+              "true");
     EXPECT_TRUE(thrown("test.nosuchfunction()").startsWith("TypeError: "));
     EXPECT_EQ(text("String(test)"), "[object test]");
     EXPECT_EQ(text("test.log = function() { return 'mine' }; test.log()"), "mine");
     EXPECT_EQ(results("delete test.log; test.log('again')"), "log|again|");
+    EXPECT_EQ(results("var free = test.pass; free('alone'); ['x'].forEach(function(x) { free(x) })"),
+              "pass|alone|\npass|x|")
+        << "what a function is called on does not matter";
+    global().put(exec(), "beyond", new JsTestFunctionImp(35, 0, &result));
+    EXPECT_EQ(text("String([beyond()])"), "");
+}
+
+TEST_F(JsTestTest, UsedFunctionsShowAndUnusedOnesDoNot)
+{
+    EXPECT_EQ(text("var seen = []; for (var n in test) seen.push(n); seen.join()"), "");
+    EXPECT_EQ(text("test.fail; test.log; for (n in test) seen.push(n); seen.join()"), "fail,log");
+}
+
+TEST_F(JsTestTest, TextsThatAreLeftOutAsNullOrUndefinedAreNotShown)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"test.verify(true, undefined, 'why')", "pass|Verification|why"},
+        {"test.compare(1, 1, null, undefined)", "pass|Comparison|'1' (Number) and '1' (Number) are equal"},
+        {"test.pass(undefined, null)", "pass|undefined|"},
+        {"test.log(null)", "log|null|"},
+        {"test.exception('throw 1', '')", "pass|Exception|Caught expected error"},
+        {"test.startSection('s', undefined); test.endSection()", ""},
+        {"(function() { test.stackTrace(undefined, 1); test.fixateResultContext(undefined) })();"
+         "test.restoreResultContext()",
+         ""},
+    };
+    for (const auto& [code, expected] : cases)
+        EXPECT_EQ(results(code), QString::fromUtf8(expected)) << code;
+}
+
+TEST_F(JsTestTest, ChecksMayRunCodeThatChecksItself)
+{
+    EXPECT_EQ(results("test.exception(\"test.pass('inner', 'own detail'); throw 1\", 'outer', 'detail')"),
+              "pass|inner|own detail\npass|outer|Caught expected error\ndetail");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(text("test.exception(\"test.verify(false); throw 1\")"), "true") << "that of the outer check";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    writeFile("a.txt", "a");
+    EXPECT_EQ(
+        results("test.compareTextFiles({toString() { test.restoreResultContext; test.resultCount('fails');"
+                "return 'a.txt' }}, 'a.txt')"),
+        "pass|Text file comparison|'a.txt' and 'a.txt' are alike");
 }
 
 TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
@@ -43,6 +92,10 @@ TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
         {"test.xcompare(2, 2)", "unexpected-pass|Comparison|'2' (Number) and '2' (Number) are equal"},
         {"test.compare('a\\nb', 'a\\nc')", "fail|Comparison|'a\nb' (String) and 'a\nc' (String) are not "
                                            "equal\n  a\n- c\n+ b"},
+        {"test.compare([1], [1])",
+         "fail|Comparison|'1' (Array) and '1' (Array) are not equal: they are two objects; compare their "
+         "contents, as with JSON.stringify()"},
+        {"test.compare([1], 1)", "pass|Comparison|'1' (Array) and '1' (Number) are equal"},
         {"test.exception('throw 1')", "pass|Exception|Caught expected error"},
         {"test.exception('1', 'calm')", "fail|calm|Unexpected pass"},
         {"test.pass('p', 'd')", "pass|p|d"},
@@ -57,7 +110,7 @@ TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
         EXPECT_EQ(results(code), QString::fromUtf8(expected)) << code;
     EXPECT_EQ(text("['tests', 'passes', 'fails', 'xfails', 'xpasses', 'warnings', 'logs', 'fatals', 'skips',"
                    "'errors'].map(n => test.resultCount(n)).join()"),
-              "19,6,7,3,3,1,1,0,0,0");
+              "21,7,8,3,3,1,1,0,0,0");
     EXPECT_EQ(result.outcome(), CaseOutcome::Failed);
 }
 
@@ -77,6 +130,61 @@ TEST_F(JsTestTest, WrongCallsAreErrorsOfTheScript)
         {"test.restoreResultContext()",
          "TypeError: test.restoreResultContext() without test.fixateResultContext()"},
         {"test.endSection()", "TypeError: test.endSection() without test.startSection()"},
+        {"test.exception()",
+         "TypeError: Wrong number of arguments (0), use test.exception(code[, message[, detail]])"},
+        {"test.vp()", "TypeError: Wrong number of arguments (0), use test.vp(name[, message[, detail]])"},
+        {"test.xvp(1, 2, 3, 4)",
+         "TypeError: Wrong number of arguments (4), use test.xvp(name[, message[, detail]])"},
+        {"test.vpWithObject('a')", "TypeError: Wrong number of arguments (1), use test.vpWithObject(name, "
+                                   "object[, message[, detail]])"},
+        {"test.pass(1, 2, 3)", "TypeError: Wrong number of arguments (3), use test.pass(message[, detail])"},
+        {"test.xpass()", "TypeError: Wrong number of arguments (0), use test.xpass(message[, detail])"},
+        {"test.fail()", "TypeError: Wrong number of arguments (0), use test.fail(message[, detail])"},
+        {"test.xfail()", "TypeError: Wrong number of arguments (0), use test.xfail(message[, detail])"},
+        {"test.fatal()", "TypeError: Wrong number of arguments (0), use test.fatal(message[, detail])"},
+        {"test.warning()", "TypeError: Wrong number of arguments (0), use test.warning(message[, detail])"},
+        {"test.skip()", "TypeError: Wrong number of arguments (0), use test.skip(message[, detail])"},
+        {"test.xverify()",
+         "TypeError: Wrong number of arguments (0), use test.xverify(condition[, message[, detail]])"},
+        {"test.compare(1, 2, 3, 4, 5)",
+         "TypeError: Wrong number of arguments (5), use test.compare(actual, expected[, message[, detail]])"},
+        {"test.resultCount()", "TypeError: Wrong number of arguments (0), use test.resultCount(name)"},
+        {"test.stackTrace(0, 1.5)",
+         "TypeError: The number of frames has to be a whole number from 0, not '1.5'"},
+        {"test.fixateResultContext('x')",
+         "TypeError: The number of frames has to be a whole number from 0, not 'x'"},
+        {"test.restoreResultContext(1)",
+         "TypeError: Wrong number of arguments (1), use test.restoreResultContext()"},
+        {"test.startSection()",
+         "TypeError: Wrong number of arguments (0), use test.startSection(title[, description])"},
+        {"test.endSection(1)", "TypeError: Wrong number of arguments (1), use test.endSection()"},
+        {"test.compareXMLFiles('a', 'b', {}, 4)",
+         "TypeError: Wrong number of arguments (4), use "
+         "test.compareXMLFiles(expectedFile, actualFile[, options])"},
+        {"test.compareJSONFiles()", "TypeError: Wrong number of arguments (0), use "
+                                    "test.compareJSONFiles(expectedFile, actualFile[, options])"},
+        {"test.compareJSONFiles('a', 'b', {ignoreCase: true})",
+         "TypeError: There is no option 'ignoreCase' here, only message, detail, xfail"},
+        {"test.compareTextFiles('a', 'b', {ignoreCse: true})",
+         "TypeError: There is no option 'ignoreCse' here, only message, detail, xfail, ignoreCase, "
+         "ignoreWhitespace, filters"},
+        {"test.imagePresent()",
+         "TypeError: Wrong number of arguments (0), use test.imagePresent(file[, options])"},
+        {"test.imageNotPresent(1, 2, 3)",
+         "TypeError: Wrong number of arguments (3), use test.imageNotPresent(file[, options])"},
+        {"test.ocrTextPresent()",
+         "TypeError: Wrong number of arguments (0), use test.ocrTextPresent(text[, options])"},
+        {"test.ocrTextNotPresent()",
+         "TypeError: Wrong number of arguments (0), use test.ocrTextNotPresent(text[, options])"},
+        {"test.attachFile()",
+         "TypeError: Wrong number of arguments (0), use test.attachFile(file[, message])"},
+        {"test.attachDesktopScreenshot(1, 2)",
+         "TypeError: Wrong number of arguments (2), use test.attachDesktopScreenshot([message])"},
+        {"test.attachImage()",
+         "TypeError: Wrong number of arguments (0), use test.attachImage(file or object[, message])"},
+        {"test.startVideoCapture(1, 2)",
+         "TypeError: Wrong number of arguments (2), use test.startVideoCapture([message])"},
+        {"test.stopVideoCapture(1)", "TypeError: Wrong number of arguments (1), use test.stopVideoCapture()"},
         {"test.compareTextFiles('a')",
          "TypeError: Wrong number of arguments (1), use test.compareTextFiles(expectedFile, actualFile[, "
          "options])"},
@@ -151,6 +259,25 @@ TEST_F(JsTestTest, StackTracesTellEachCallInnermostFirst)
     EXPECT_EQ(text("(function() { return test.stackTrace(1) })().length"), "1");
 }
 
+TEST_F(JsTestTest, ABreakpointStopsWhereSomebodyDebugs)
+{
+    Debugger* debugger = interpreter->debugger();
+    QStringList stops;
+    QObject::connect(debugger, &Debugger::stopped, debugger, [&] {
+        stops += QStringLiteral("%1:%2")
+                     .arg(QFileInfo(debugger->findSourceId(debugger->currentSourceId())).fileName())
+                     .arg(debugger->currentLine());
+    });
+    const char* code =
+        "test.breakpoint();\n\nfunction f() {\n  test.breakpoint('why');\n  test.log('on');\n}\n"
+        "f()";
+    EXPECT_EQ(results(code), "log|on|");
+    EXPECT_EQ(stops.join(' '), "") << "nobody is there";
+    debugger->setInteractive(true);
+    EXPECT_EQ(results(code), "log|on|");
+    EXPECT_EQ(stops.join(' '), "test.js:1 test.js:4");
+}
+
 TEST_F(JsTestTest, SectionsNestAndDescribe)
 {
     EXPECT_EQ(results("test.startSection('outer', 'what for'); test.startSection('inner'); test.log('in');"
@@ -191,6 +318,8 @@ TEST_F(JsTestTest, WithoutASinkResultsGoNowhere)
 {
     interpreter->initTestFunctions(nullptr);
     EXPECT_EQ(text("test.fail('x'); test.startSection('y'); test.resultCount('fails')"), "0");
+    EXPECT_EQ(text("try { test.skip('ends') } catch (e) { e.message + e.torvixErrorType }"),
+              "endsTestcaseSkipped");
 }
 
 } // namespace

@@ -8,6 +8,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QThread>
+
+#include <future>
 
 namespace Torvix {
 namespace {
@@ -113,6 +116,26 @@ TEST_F(JsTestFilesTest, AVerificationPointHoldsOrTellsWhatDiffers)
         << "what was seen can be put in the place of what was expected";
 }
 
+TEST_F(JsTestFilesTest, VerificationPointsAreRenewedWhereTheyDoNotHold)
+{
+    const QByteArray original = R"({"checks": [{"object": "{type='Shape' name='one'}",
+        "properties": {"size": 8, "title": {"wildcard": "f?r*"}}}]})";
+    writePoint("shape", original);
+    result.setUpdatesVerificationPoints(true);
+    EXPECT_EQ(results("test.xvp('shape', 'bug')"),
+              "expected-fail|bug|{type='Shape' name='one'}: size: expected 8, found 7")
+        << "where a difference is expected nothing is renewed";
+    EXPECT_EQ(results("test.vp('shape')"), "warning|Verification point 'shape' was renewed|{type='Shape' "
+                                           "name='one'}: size: expected 8, found 7");
+    EXPECT_EQ(text("test.vp('shape')"), "true");
+    QFile file(directory.filePath("verificationPoints/shape"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QJsonDocument::fromJson(file.readAll()),
+              QJsonDocument::fromJson(QByteArray(original).replace("8", "7")))
+        << "all else is as it was";
+    EXPECT_TRUE(thrown("test.vp('none')").startsWith("TypeError: There is no verification point 'none'"));
+}
+
 TEST_F(JsTestFilesTest, AVerificationPointForAnObjectOfTheScript)
 {
     writePoint("any", R"({"checks": [{"properties": {"size": 7}}]})");
@@ -150,7 +173,8 @@ TEST_F(JsTestFilesTest, BadVerificationPointsAreToldWithTheirPlace)
             << error.toStdString();
     }
     EXPECT_EQ(thrown("test.vp('none')"), "TypeError: There is no verification point 'none': neither '" +
-                                             folder + "none' nor '" + folder + "none.json' exists");
+                                             folder + "none' nor '" + folder +
+                                             "none.json' exists; createVP(object, 'none') writes one");
 }
 
 TEST_F(JsTestFilesTest, SmallFunctionsOfTheTool)
@@ -179,6 +203,22 @@ TEST_F(JsTestFilesTest, SmallFunctionsOfTheTool)
     EXPECT_EQ(thrown("snooze('1')"), "Error: snooze() needs a number of seconds from 0, not '1'");
     EXPECT_EQ(thrown("snooze(-1)"), "Error: snooze() needs a number of seconds from 0, not '-1'");
     EXPECT_EQ(thrown("snooze(NaN)"), "Error: snooze() needs a number of seconds from 0, not 'NaN'");
+}
+
+TEST_F(JsTestFilesTest, AnInterruptEndsWaiting)
+{
+    QElapsedTimer timer;
+    timer.start();
+    std::future<void> later = std::async(std::launch::async, [this] {
+        QThread::msleep(200);
+        interpreter->interrupt();
+    });
+    EXPECT_FALSE(run("snooze(60); test.log('went on')"));
+    later.wait();
+    EXPECT_LT(timer.elapsed(), 30'000);
+    EXPECT_EQ(interpreter->errorMessage(), "Script interrupted");
+    EXPECT_EQ(entries().size(), 0);
+    EXPECT_EQ(results("snooze(0.01); test.log('still usable')"), "log|still usable|");
 }
 
 TEST_F(JsTestFilesTest, SettingsHoldForTheRestOfTheTest)

@@ -75,19 +75,25 @@ TEST_F(JsTestInteractionTest, ConstantsAreBitsThatCannotBeChanged)
     EXPECT_EQ(text("typeof testInteraction.hasOwnProperty"), "undefined");
 }
 
-TEST_F(JsTestInteractionTest, WithoutATerminalIsAvailableIsFalseAndTheRestAnError)
+TEST_F(JsTestInteractionTest, WhereNobodyIsIsAvailableIsFalseAndTheRestAnError)
 {
     Terminal::setDevice(directory.filePath("none"));
+    qunsetenv("DISPLAY");
+    qunsetenv("WAYLAND_DISPLAY");
     EXPECT_EQ(text("testInteraction.isAvailable()"), "false");
-    const QString none =
-        "TypeError: There is no terminal to ask anybody; testInteraction.isAvailable() tells "
-        "whether there is";
+    const QString none = "TypeError: There is neither a terminal nor a display to ask anybody; "
+                         "testInteraction.isAvailable() tells whether there is";
     for (const char* call : {"information('x')", "warning('x')", "notification('x')", "input('x')",
                              "password('x')", "question('x')", "choice('x', ['a'])"})
         EXPECT_EQ(thrown(QString("testInteraction.%1").arg(call)), none) << call;
     writeFile("no.terminal", "plain");
     Terminal::setDevice(directory.filePath("no.terminal"));
     EXPECT_EQ(text("testInteraction.isAvailable()"), "false") << "a file is no terminal";
+    qputenv("DISPLAY", ":0");
+    qputenv("CI", "true");
+    EXPECT_EQ(text("testInteraction.isAvailable()"), "false")
+        << "nobody sits before a build server's display";
+    qunsetenv("CI");
     Terminal::setDevice(QString());
 }
 
@@ -96,6 +102,19 @@ TEST_F(JsTestInteractionTest, WrongCallsAreErrorsBeforeAnythingIsAsked)
     const Person person;
     const std::pair<const char*, const char*> cases[] = {
         {"information()", "TypeError: Wrong number of arguments (0), use testInteraction.information(text)"},
+        {"isAvailable(1)", "TypeError: Wrong number of arguments (1), use testInteraction.isAvailable()"},
+        {"warning('x', 'y')", "TypeError: Wrong number of arguments (2), use testInteraction.warning(text)"},
+        {"notification()",
+         "TypeError: Wrong number of arguments (0), use testInteraction.notification(text)"},
+        {"input()", "TypeError: Wrong number of arguments (0), use testInteraction.input(text[, default])"},
+        {"password('x', 'y')",
+         "TypeError: Wrong number of arguments (2), use testInteraction.password(text)"},
+        {"question()",
+         "TypeError: Wrong number of arguments (0), use testInteraction.question(text[, buttons])"},
+        {"choice('x')",
+         "TypeError: Wrong number of arguments (1), use testInteraction.choice(text, choices)"},
+        {"showImage()",
+         "TypeError: Wrong number of arguments (0), use testInteraction.showImage(file[, text])"},
         {"choice('x', [])", "TypeError: The choices have to be a list of texts"},
         {"choice('x', 'a')", "TypeError: The choices have to be a list of texts"},
         {"question('x', 16)",

@@ -23,16 +23,16 @@ protected:
      * What the script, the body of a function of the frame's `window` and `document` with the helpers
      * below, returns.
      */
-    QJsonObject look(int width, const QByteArray& address, const QByteArray& script)
+    QJsonObject look(int width, const QByteArray& address, const QByteArray& script,
+                     const RunReport& report = readReport(sampleStream()))
     {
-        const RunReport report = readReport(sampleStream());
         write("index.html", renderHtml(report, {false, QStringLiteral("/tests"), false}));
         write("frame.html", "<!doctype html><iframe id=frame style='border:0' height=700 width=" +
                                 QByteArray::number(width) + " src='index.html" + address +
-                                "'></iframe><pre id=seen></pre><script>" + helpers + "function look() {" +
-                                script +
-                                "}\nonload = () => { try { seen.textContent = '@' + btoa(unescape("
-                                "encodeURIComponent(JSON.stringify(look())))) + '@'; } "
+                                "'></iframe><pre id=seen></pre><script>" + helpers +
+                                "async function look() {" + script +
+                                "}\nonload = async () => { try { seen.textContent = '@' + btoa(unescape("
+                                "encodeURIComponent(JSON.stringify(await look())))) + '@'; } "
                                 "catch (e) { seen.textContent = 'failed: ' + e; } };</script>");
         const QString dom = browse();
         const QRegularExpressionMatch seen =
@@ -49,6 +49,10 @@ private:
         "const press = outcome => page().querySelector(`button[data-outcome=${outcome}]`).click();"
         "const search = text => { const field = page().getElementById('search'); field.value = text;"
         "    field.dispatchEvent(new Event('input')); };"
+        "const until = condition => new Promise(done => { const timer = setInterval(() => {"
+        "    if (condition()) { clearInterval(timer); done(); } }, 20); });"
+        "const key = (target, name) => target.dispatchEvent(new (window_().KeyboardEvent)('keydown',"
+        "    { key: name, bubbles: true, cancelable: true }));"
         "const none = () => page().getElementById('none').offsetHeight > 0;";
 
     void write(const char* name, const QByteArray& text)
@@ -70,8 +74,8 @@ private:
                       {"--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
                        "--disable-background-networking", "--disable-component-update", "--disable-sync",
                        "--hide-scrollbars", "--allow-file-access-from-files",
-                       "--user-data-dir=" + m_folder.filePath("profile"), "--dump-dom",
-                       "file://" + m_folder.filePath("frame.html")});
+                       "--user-data-dir=" + m_folder.filePath("profile"), "--virtual-time-budget=1000000",
+                       "--dump-dom", "file://" + m_folder.filePath("frame.html")});
         if (!browser.waitForFinished(90'000))
             browser.kill();
         return QString::fromUtf8(browser.readAllStandardOutput());
@@ -114,6 +118,73 @@ TEST_F(Page, OpensAsTheLinkSays)
                                   "return { shown: shown(), text: page().getElementById('search').value };");
     EXPECT_EQ("suite_shop / tst_retry", seen["shown"].toString().toStdString());
     EXPECT_EQ("retry", seen["text"].toString());
+}
+
+TEST_F(Page, OpensTheCaseOfALinkWhateverIsFilteredAndFollowsTheNext)
+{
+    const QJsonObject seen =
+        look(1000, "#suite_shop/tst_basket_%23_50%25",
+             "const id = 'suite_shop/tst_login', login = page().getElementById(id), r = {};"
+             "r.target = page().querySelector(':target').querySelector('.name').textContent;"
+             "r.before = login.open;"
+             "press('failed'); login.querySelector('summary a').click();"
+             "await until(() => login.open); r.hash = window_().location.hash; r.shown = shown();"
+             "r.hrefs = Array.from(page().querySelectorAll('.case')).filter(e => decodeURIComponent("
+             "    e.querySelector('summary a').hash.slice(1)) !== e.id).length; return r;");
+    EXPECT_EQ("suite_shop / tst_basket # 50%", seen["target"].toString().toStdString());
+    EXPECT_FALSE(seen["before"].toBool(true));
+    EXPECT_EQ("#suite_shop/tst_login", seen["hash"].toString().toStdString());
+    EXPECT_TRUE(seen["shown"].toString().contains("tst_later")) << "a link shows its case, filter or not";
+    EXPECT_EQ(0, seen["hrefs"].toInt(-1));
+}
+
+TEST_F(Page, IsUsedByKeys)
+{
+    const QJsonObject seen =
+        look(1000, "",
+             "const r = {}, field = page().getElementById('search');"
+             "key(page().body, '/'); r.slash = page().activeElement.id;"
+             "search('login'); r.login = shown(); key(field, 'Escape'); r.all = shown();"
+             "const fold = page().getElementById('fold'); fold.click(); await until(() => "
+             "    fold.textContent === 'Open all'); r.open = page().querySelectorAll("
+             "    '.case[open]').length; fold.click(); r.closed = page().querySelectorAll("
+             "    '.case:not([open])').length; return r;");
+    EXPECT_EQ("search", seen["slash"].toString());
+    EXPECT_EQ("suite_shop / tst_login", seen["login"].toString());
+    EXPECT_EQ(5, seen["all"].toString().count(',') + 1);
+    EXPECT_EQ(0, seen["open"].toInt(-1));
+    EXPECT_EQ(0, seen["closed"].toInt(-1));
+}
+
+TEST_F(Page, OfALongRunUnfoldsAndSearchesWhatItKeepsPacked)
+{
+    RunReport report = readReport(sampleStream());
+    const CaseReport model = report.cases.at(0);
+    report.cases.clear();
+    for (int i = 0; i < 300; ++i) {
+        CaseReport testCase = model;
+        testCase.name = QStringLiteral("tst_%1").arg(i);
+        ResultEntry entry = model.attempts.at(0).entries.at(1);
+        for (int j = 0; j < 100; ++j) {
+            entry.message = QStringLiteral("step <%1> of %2 & more").arg(QString::number(j), testCase.name);
+            testCase.attempts[0].entries += entry;
+        }
+        report.cases += testCase;
+    }
+    const QJsonObject seen = look(1000, "",
+                                  "const r = {}, last = page().getElementById('suite_shop/tst_299');"
+                                  "r.packed = page().querySelectorAll('[data-packed]').length;"
+                                  "r.before = last.querySelectorAll('li').length;"
+                                  "search('step <99> of tst_298 & m'); await until(() => shown() !== '');"
+                                  "r.found = shown(); search('class='); r.markup = shown(); search('');"
+                                  "last.open = true; await until(() => last.querySelector('li'));"
+                                  "r.steps = last.querySelectorAll('.pass').length; return r;",
+                                  report);
+    EXPECT_GT(seen["packed"].toInt(), 100);
+    EXPECT_EQ(0, seen["before"].toInt(-1));
+    EXPECT_EQ("suite_shop / tst_298", seen["found"].toString().toStdString());
+    EXPECT_EQ("", seen["markup"].toString("?").toStdString());
+    EXPECT_EQ(101, seen["steps"].toInt());
 }
 
 TEST_F(Page, FitsAPhone)

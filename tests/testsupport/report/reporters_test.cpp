@@ -3,9 +3,12 @@
 #include "samplerun.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 #include <QXmlStreamReader>
 
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace {
 
@@ -85,19 +88,53 @@ TEST(Reports, OfHardTextsStayWellFormed)
     EXPECT_FALSE(renderHtml(report, {}).contains("<admin>"));
 }
 
+/** 500 cases with many steps and talkative applications, in texts that compress badly. */
+RunReport largeRun(const std::function<bool(int)>& fails)
+{
+    RunReport large = readReport(sampleStream());
+    const AttemptReport model = large.cases.at(1).attempts.at(0);
+    large.cases.clear();
+    QRandomGenerator random(1);
+    for (int i = 0; i < 500; ++i) {
+        AttemptReport attempt;
+        attempt.outcome = fails(i) ? CaseOutcome::Failed : CaseOutcome::Passed;
+        ResultEntry entry = model.entries.at(0);
+        entry.attachments.clear();
+        for (int j = 0; j < 50; ++j) {
+            entry.type = fails(i) && j % 25 == 24 ? ResultType::Fail : ResultType::Pass;
+            entry.message = QStringLiteral("Comparison %1").arg(random.generate());
+            attempt.entries += entry;
+        }
+        ApplicationReport chatty;
+        for (int j = 0; j < 100; ++j)
+            chatty.output += QStringLiteral("%1 took %2 ms\n").arg(random.generate()).arg(random.generate());
+        attempt.applications += chatty;
+        large.cases += CaseReport{"suite", QStringLiteral("tst_%1").arg(i), {}, {"tag"}, {attempt}};
+    }
+    return large;
+}
+
 TEST(Reports, OfFiveHundredCasesFitOnOnePage)
 {
-    const RunReport sample = readReport(sampleStream());
-    RunReport large = sample;
-    large.cases.clear();
-    for (int i = 0; i < 500; ++i)
-        large.cases += sample.cases[i % sample.cases.size()];
-    for (CaseReport& testCase : large.cases) {
-        ApplicationReport chatty;
-        chatty.output = QString(20'000 / 500 * 60, 'x');
-        testCase.attempts[0].applications = {chatty};
-    }
-    EXPECT_LT(renderHtml(large, {}).size(), 2'000'000);
+    const QByteArray few = renderHtml(largeRun([](int i) { return i % 100 == 7; }), {});
+    EXPECT_LT(few.size(), 2'000'000);
+    EXPECT_EQ(500, few.count("<details class=\"case\""));
+    EXPECT_EQ(5, few.count(" open>")) << "what failed is in the page as it is, and open";
+    EXPECT_TRUE(few.contains("Long texts are shortened here"));
+    EXPECT_LT(renderHtml(largeRun([](int) { return true; }), {}).size(), 2'000'000);
+}
+
+TEST(Reports, ShowHugeAndControllingTextsInBounds)
+{
+    RunReport report = readReport(sampleStream());
+    ResultEntry& entry = report.cases[1].attempts[0].entries[0];
+    entry.message = QString(1'000'000, 'x');
+    entry.detail = QStringLiteral("- a\n+ ") + QString(1'000'000, 'y');
+    const QByteArray page = renderHtml(report, {});
+    EXPECT_LT(page.size(), 100'000);
+    EXPECT_TRUE(page.contains("[980000 characters left out]"));
+    EXPECT_TRUE(page.contains("\xe2\x90\x81 done")) << "control characters are shown as their pictures";
+    EXPECT_FALSE(page.contains('\x01'));
 }
 
 TEST(Reports, AreFoundByNameOnly)

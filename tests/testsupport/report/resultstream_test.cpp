@@ -2,6 +2,8 @@
 
 #include "samplerun.h"
 
+#include <QBuffer>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -87,6 +89,8 @@ TEST(ResultStream, EveryPlaceWhereItCanBeCutGivesAReport)
     EXPECT_EQ(CaseOutcome::Interrupted, cut.cases.at(1).outcome());
     EXPECT_EQ(2, cut.cases.at(1).attempts.at(0).entries.size());
     EXPECT_EQ("line 12: cut off before its end", cut.problems.at(0));
+    EXPECT_EQ(700, cut.cases.at(1).attempts.at(0).durationMs) << "as far as the stream tells";
+    EXPECT_EQ(1800, cut.durationMs);
 }
 
 TEST(ResultStream, ForeignLinesAreToldAndPassedOver)
@@ -122,6 +126,29 @@ TEST(ResultStream, PartsOfARunAreJoined)
     EXPECT_EQ(second.started, whole.started);
     EXPECT_EQ(second.durationMs, whole.durationMs);
     EXPECT_FALSE(whole.complete);
+}
+
+TEST(ResultStream, EveryTextComesBackAsItWasAndEveryTimeInUtc)
+{
+    QString all;
+    for (ushort c = 0; c < 0x100; ++c)
+        all += QChar(c);
+    all += QStringLiteral("\u017b\u2028\ufeff\U0001f600");
+    QBuffer stream;
+    stream.open(QIODevice::ReadWrite);
+    ResultStreamWriter writer(&stream);
+    ResultEntry entry;
+    entry.message = all;
+    entry.detail = QString(QChar(0xd800)) + QLatin1String("half a pair");
+    entry.sections = QStringList{all, QString()};
+    entry.time = QDateTime(QDate(2031, 1, 2), QTime(1, 4, 5, 60), Qt::OffsetFromUTC, 2 * 3600);
+    writer.entry(entry);
+    ASSERT_EQ(1, stream.buffer().count('\n'));
+    const QJsonObject read = QJsonDocument::fromJson(stream.buffer()).object();
+    EXPECT_EQ(all, read["message"].toString());
+    EXPECT_TRUE(read["detail"].toString().endsWith("half a pair"));
+    EXPECT_EQ(entry.sections, read["sections"].toVariant().toStringList());
+    EXPECT_EQ("2031-01-01T23:04:05.060Z", read["time"].toString());
 }
 
 TEST(ResultStream, AFullDiskIsToldOnceAndDoesNotEndTheRun)

@@ -1,0 +1,144 @@
+#include "testsupport/report/resultstream.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace {
+
+using namespace Torvix;
+
+/** The program itself on a test case of suite_objects, its results in a folder of its own. */
+class SuiteRun
+{
+public:
+    explicit SuiteRun(const QStringList& testCases)
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("PATH", TORVIX_TEST_BINARY_DIR "/tests:" + environment.value("PATH"));
+        environment.insert("TORVIX_TEST_FOLDER", folder.path());
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        QStringList arguments = {"run", "--output", folder.filePath("results")};
+        for (const QString& testCase : testCases)
+            arguments += TORVIX_TEST_SOURCE_DIR "/suite_objects/" + testCase;
+        process.start(TORVIX_RUNNER, arguments);
+    }
+
+    /** Waits until the results have that text. */
+    bool reaches(const char* text)
+    {
+        QElapsedTimer timer;
+        for (timer.start(); timer.elapsed() < 30'000; QThread::msleep(20)) {
+            QFile stream(folder.filePath("results/results.ndjson"));
+            if (stream.open(QIODevice::ReadOnly) && stream.readAll().contains(text))
+                return true;
+        }
+        return false;
+    }
+
+    /** The processes that wrote their numbers down, `count` of them. */
+    QVector<int> members(int count)
+    {
+        QElapsedTimer timer;
+        for (timer.start(); timer.elapsed() < 30'000; QThread::msleep(20)) {
+            QFile file(folder.filePath("pids"));
+            const QList<QByteArray> lines =
+                file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QList<QByteArray>();
+            if (lines.size() <= count)
+                continue;
+            QVector<int> pids;
+            for (int i = 0; i < count; ++i)
+                pids.append(lines[i].toInt());
+            return pids;
+        }
+        return {};
+    }
+
+    QTemporaryDir folder;
+    QProcess process;
+};
+
+class Objects : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(Objects, ThroughTheWholeTool)
+{
+    SuiteRun run({GetParam()});
+    ASSERT_TRUE(run.process.waitForFinished(100'000));
+    EXPECT_EQ(0, run.process.exitCode()) << run.process.readAll().toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Scripts, Objects,
+                         testing::Values("tst_access", "tst_waiting", "tst_actions", "tst_contexts"),
+                         [](const testing::TestParamInfo<const char*>& tested) {
+                             return std::string(tested.param);
+                         });
+
+TEST(Timeouts, OfOneTestCaseAreNotThoseOfTheNext)
+{
+    SuiteRun run({"tst_timeout_changed", "tst_timeout_kept"});
+    ASSERT_TRUE(run.process.waitForFinished(60'000));
+    EXPECT_EQ(0, run.process.exitCode()) << run.process.readAll().toStdString();
+}
+
+bool isGone(int pid)
+{
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    // A container without an init may keep it as a zombie.
+    return !stat.open(QIODevice::ReadOnly) || stat.readAll().contains(") Z ");
+}
+
+bool areGone(const QVector<int>& pids)
+{
+    QElapsedTimer timer;
+    for (timer.start(); timer.elapsed() < 10'000; QThread::msleep(20))
+        if (std::all_of(pids.begin(), pids.end(), isGone))
+            return true;
+    return false;
+}
+
+/** What has its own session, started by what the application has started, ends with the runner too. */
+class Endings : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(Endings, TakeTheWholeFamily)
+{
+    SuiteRun run({"tst_stopping"});
+    ASSERT_TRUE(run.reaches("\"ready\"")) << run.process.readAll().toStdString();
+    const QVector<int> family = run.members(2);
+    ASSERT_EQ(2, family.size());
+    EXPECT_FALSE(isGone(family[0]) || isGone(family[1]));
+    QElapsedTimer timer;
+    timer.start();
+    ::kill(pid_t(run.process.processId()), GetParam());
+    ASSERT_TRUE(run.process.waitForFinished(20'000)) << "the waiting script does not see it";
+    EXPECT_TRUE(areGone(family)) << "after " << timer.elapsed() << " ms";
+}
+
+TEST(Starting, IsGivenUpAtACtrlC)
+{
+    SuiteRun run({"tst_starting"});
+    const QVector<int> begun = run.members(1);
+    ASSERT_EQ(1, begun.size());
+    QElapsedTimer timer;
+    timer.start();
+    ::kill(pid_t(run.process.processId()), SIGINT);
+    ASSERT_TRUE(run.process.waitForFinished(15'000)) << "it waits for the start's own timeout";
+    EXPECT_EQ(2, run.process.exitCode());
+    EXPECT_TRUE(areGone(begun));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, Endings, testing::Values(SIGINT, SIGTERM, SIGKILL));
+
+} // namespace

@@ -1,0 +1,3 @@
+function main() {
+    testSettings.waitForObjectTimeout = 7;
+}

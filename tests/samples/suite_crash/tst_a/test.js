@@ -1,0 +1,6 @@
+function main() {
+    const app = startApplication("calculator");
+    test.log("pid " + app.pid);
+    waitForObject({ type: "QSpinBox" });
+    test.fail("not reached");
+}

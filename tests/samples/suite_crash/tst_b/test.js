@@ -1,0 +1,4 @@
+function main() {
+    startApplication("calculator");
+    test.verify(waitForObject({ type: "Calculator" }).visible);
+}

@@ -1,0 +1,8 @@
+import { checkDisplay, checkDisplayFor, press } from 'checks.js';
+
+function main() {
+    startApplication("calculator");
+    press("4");
+    checkDisplay("5");
+    checkDisplayFor("6");
+}

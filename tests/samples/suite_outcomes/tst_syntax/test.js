@@ -1,0 +1,5 @@
+function main() {
+    startApplication("calculator");
+    if (true {
+    }
+}

@@ -1,0 +1,4 @@
+function textOf(name) {
+    const found = findAllObjects(name)[0];
+    return found.text;
+}
