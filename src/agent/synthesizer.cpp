@@ -11,7 +11,6 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QDrag>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsView>
 #include <QMenuBar>
@@ -108,20 +107,6 @@ void sendMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt
         window, ++state.timestamp, local, global, state.buttons, button, type, modifiers);
 }
 
-/** A drag that the application began and that ended at once: the release would drop nothing anywhere. */
-void refuseLostDrag(const Place& place)
-{
-    if (pointer().buttons == Qt::NoButton || !place.widget ||
-        QGuiApplication::platformName() != QLatin1String("offscreen"))
-        return;
-    // It is deleted when the event loop goes on.
-    if (!place.widget->window()->findChild<QDrag*>())
-        return;
-    sendMouse(place, QEvent::MouseButtonRelease, Qt::LeftButton, {});
-    throw Error(QStringLiteral("the platform 'offscreen' has no drag and drop; start the application on "
-                               "an X display (QT_QPA_PLATFORM=xcb, for example with Xvfb)"));
-}
-
 /** Turns after which a window that does not become active gets its input all the same. */
 constexpr int longestActivation = 40;
 
@@ -156,8 +141,6 @@ void postMouse(const Place& place, QEvent::Type type, Qt::MouseButton button, Qt
         if (!std::exchange(hasMoved, true) && moveCursor(global))
             return InputQueue::Step::Again;
         sendMouse(place, type, button, modifiers);
-        if (type == QEvent::MouseMove)
-            refuseLostDrag(place);
         return InputQueue::Step::Done;
     });
 }
@@ -223,6 +206,8 @@ QWindow* keyWindow()
 void sendKey(QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text)
 {
     QWindow* window = keyWindow();
+    if (!window && type == QEvent::KeyRelease)
+        return; // the key itself has closed the last window
     if (!window)
         throw Error(QStringLiteral("no window of the application takes keys"));
     QWindowSystemInterface::handleKeyEvent<QWindowSystemInterface::SynchronousDelivery>(

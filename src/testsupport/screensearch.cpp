@@ -74,6 +74,14 @@ bool ScreenSearch::look(ScriptContext* context)
     return !m_view.image.isNull();
 }
 
+QRect ScreenSearch::onDesktop(const QRect& place) const
+{
+    // On a scaled desktop a picture has more pixels than the desktop, on which one clicks.
+    const double ratio = m_view.image.devicePixelRatio();
+    return {(QPointF(place.topLeft()) / ratio).toPoint() + m_view.origin,
+            (QSizeF(place.size()) / ratio).toSize()};
+}
+
 QVector<QRect> ScreenSearch::findInView(ScriptContext* context)
 {
     QVector<QRect> places;
@@ -84,17 +92,14 @@ QVector<QRect> ScreenSearch::findInView(ScriptContext* context)
         m_seenText = read.text();
         m_seenLines = read.lines();
         for (RecognizedLine& line : m_seenLines)
-            line.place.translate(m_view.origin);
+            line.place = onDesktop(line.place);
         places =
             read.find(m_wantedText, m_options.flag("ignoreCase") ? Qt::CaseInsensitive : Qt::CaseSensitive);
     } else {
         places = findImage(m_view.image, m_wanted, m_tolerance);
     }
-    // On a scaled desktop a picture has more pixels than the desktop, on which one clicks.
-    const double ratio = m_view.image.devicePixelRatio();
     for (QRect& place : places)
-        place = QRect((QPointF(place.topLeft()) / ratio).toPoint() + m_view.origin,
-                      (QSizeF(place.size()) / ratio).toSize());
+        place = onDesktop(place);
     return places;
 }
 

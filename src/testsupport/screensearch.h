@@ -54,6 +54,8 @@ public:
 
 private:
     bool look(ScriptContext* context);
+    /** Where one clicks, of a place in the picture that was looked at. */
+    QRect onDesktop(const QRect& place) const;
     QVector<QRect> findInView(ScriptContext* context);
 
     ScriptOptions m_options;
