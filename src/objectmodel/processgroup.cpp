@@ -71,6 +71,13 @@ int openStream(const QString& path)
                   0600);
 }
 
+/** True for a process that is ending, and for one that is not ours to see. */
+bool hasNoEnvironment(int pid)
+{
+    QFile environment(QStringLiteral("/proc/%1/environ").arg(pid));
+    return !environment.open(QIODevice::ReadOnly) || environment.read(1).isEmpty();
+}
+
 QVector<QByteArray> environmentOf(const ProcessGroup::Command& command)
 {
     QVector<QByteArray> texts;
@@ -209,9 +216,10 @@ QVector<int> ProcessGroup::members()
         // Of a process that is just ending the environment is empty, but its files are still open: one
         // of the group counts until it is a zombie.
         if (GroupGuard::hasMark(pid, m_mark.constData(), std::size_t(m_mark.size())) ||
-            (getpgid(pid) == m_pid && isAlive(pid)))
+            ((getpgid(pid) == m_pid || (m_members.contains(pid) && hasNoEnvironment(pid))) && isAlive(pid)))
             found.append(pid);
     }
+    m_members = found;
     return found;
 }
 

@@ -4,6 +4,7 @@
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <memory>
 #include <optional>
@@ -74,6 +75,7 @@ private:
     std::unique_ptr<GroupGuard> m_guard;
     std::optional<int> m_status;
     bool m_isGone = false;
+    QVector<int> m_members; ///< as found last
     qint64 m_read[2] = {0, 0};
 };
 
