@@ -1,13 +1,4 @@
-#include "testsupport/report/resultstream.h"
-
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QThread>
-
-#include <gtest/gtest.h>
+#include "support/suiterun.h"
 
 #include <algorithm>
 #include <csignal>
@@ -16,56 +7,31 @@ namespace {
 
 using namespace Torvix;
 
-/** The program itself on a test case of suite_objects, its results in a folder of its own. */
-class SuiteRun
+QStringList testCases(const QStringList& names)
 {
-public:
-    explicit SuiteRun(const QStringList& testCases)
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("PATH", TORVIX_TEST_BINARY_DIR "/tests:" + environment.value("PATH"));
-        environment.insert("TORVIX_TEST_FOLDER", folder.path());
-        process.setProcessEnvironment(environment);
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        QStringList arguments = {"run", "--output", folder.filePath("results")};
-        for (const QString& testCase : testCases)
-            arguments += TORVIX_TEST_SOURCE_DIR "/suite_objects/" + testCase;
-        process.start(TORVIX_RUNNER, arguments);
-    }
+    QStringList paths;
+    for (const QString& name : names)
+        paths += "suite_objects/" + name;
+    return paths;
+}
 
-    /** Waits until the results have that text. */
-    bool reaches(const char* text)
-    {
-        QElapsedTimer timer;
-        for (timer.start(); timer.elapsed() < 30'000; QThread::msleep(20)) {
-            QFile stream(folder.filePath("results/results.ndjson"));
-            if (stream.open(QIODevice::ReadOnly) && stream.readAll().contains(text))
-                return true;
-        }
-        return false;
+/** The processes that wrote their numbers down, `count` of them. */
+QVector<int> members(const SuiteRun& run, int count)
+{
+    QElapsedTimer timer;
+    for (timer.start(); timer.elapsed() < 30'000; QThread::msleep(20)) {
+        QFile file(run.folder.filePath("pids"));
+        const QList<QByteArray> lines =
+            file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QList<QByteArray>();
+        if (lines.size() <= count)
+            continue;
+        QVector<int> pids;
+        for (int i = 0; i < count; ++i)
+            pids.append(lines[i].toInt());
+        return pids;
     }
-
-    /** The processes that wrote their numbers down, `count` of them. */
-    QVector<int> members(int count)
-    {
-        QElapsedTimer timer;
-        for (timer.start(); timer.elapsed() < 30'000; QThread::msleep(20)) {
-            QFile file(folder.filePath("pids"));
-            const QList<QByteArray> lines =
-                file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QList<QByteArray>();
-            if (lines.size() <= count)
-                continue;
-            QVector<int> pids;
-            for (int i = 0; i < count; ++i)
-                pids.append(lines[i].toInt());
-            return pids;
-        }
-        return {};
-    }
-
-    QTemporaryDir folder;
-    QProcess process;
-};
+    return {};
+}
 
 class Objects : public testing::TestWithParam<const char*>
 {
@@ -73,9 +39,8 @@ class Objects : public testing::TestWithParam<const char*>
 
 TEST_P(Objects, ThroughTheWholeTool)
 {
-    SuiteRun run({GetParam()});
-    ASSERT_TRUE(run.process.waitForFinished(100'000));
-    EXPECT_EQ(0, run.process.exitCode()) << run.process.readAll().toStdString();
+    SuiteRun run(testCases({GetParam()}));
+    EXPECT_EQ(0, run.finish()) << run.output();
 }
 
 INSTANTIATE_TEST_SUITE_P(Scripts, Objects,
@@ -86,9 +51,8 @@ INSTANTIATE_TEST_SUITE_P(Scripts, Objects,
 
 TEST(Timeouts, OfOneTestCaseAreNotThoseOfTheNext)
 {
-    SuiteRun run({"tst_timeout_changed", "tst_timeout_kept"});
-    ASSERT_TRUE(run.process.waitForFinished(60'000));
-    EXPECT_EQ(0, run.process.exitCode()) << run.process.readAll().toStdString();
+    SuiteRun run(testCases({"tst_timeout_changed", "tst_timeout_kept"}));
+    EXPECT_EQ(0, run.finish()) << run.output();
 }
 
 bool isGone(int pid)
@@ -114,9 +78,9 @@ class Endings : public testing::TestWithParam<int>
 
 TEST_P(Endings, TakeTheWholeFamily)
 {
-    SuiteRun run({"tst_stopping"});
+    SuiteRun run(testCases({"tst_stopping"}));
     ASSERT_TRUE(run.reaches("\"ready\"")) << run.process.readAll().toStdString();
-    const QVector<int> family = run.members(2);
+    const QVector<int> family = members(run, 2);
     ASSERT_EQ(2, family.size());
     EXPECT_FALSE(isGone(family[0]) || isGone(family[1]));
     QElapsedTimer timer;
@@ -128,8 +92,8 @@ TEST_P(Endings, TakeTheWholeFamily)
 
 TEST(Starting, IsGivenUpAtACtrlC)
 {
-    SuiteRun run({"tst_starting"});
-    const QVector<int> begun = run.members(1);
+    SuiteRun run(testCases({"tst_starting"}));
+    const QVector<int> begun = members(run, 1);
     ASSERT_EQ(1, begun.size());
     QElapsedTimer timer;
     timer.start();

@@ -1,14 +1,7 @@
-#include "testsupport/report/resultstream.h"
+#include "support/suiterun.h"
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QThread>
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 
@@ -31,48 +24,6 @@ std::string caseName(const testing::TestParamInfo<std::string>& tested)
 {
     return tested.param;
 }
-
-/** The program itself on a suite or a test case of this folder, its results in a folder of its own. */
-class SuiteRun
-{
-public:
-    explicit SuiteRun(const QStringList& arguments)
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("PATH", TORVIX_TEST_BINARY_DIR "/tests:" + environment.value("PATH"));
-        m_process.setProcessEnvironment(environment);
-        m_process.setWorkingDirectory(sourceFolder);
-        m_process.setProcessChannelMode(QProcess::MergedChannels);
-        m_process.start(TORVIX_RUNNER, QStringList{"run", "--output", m_results.path()} + arguments);
-    }
-
-    int finish()
-    {
-        EXPECT_TRUE(m_process.waitForFinished(100'000));
-        m_output = QString::fromUtf8(m_process.readAll());
-        return m_process.exitCode();
-    }
-
-    QString streamText() const
-    {
-        QFile stream(m_results.filePath("results.ndjson"));
-        return stream.open(QIODevice::ReadOnly) ? QString::fromUtf8(stream.readAll()) : QString();
-    }
-
-    RunReport report() const
-    {
-        QFile stream(m_results.filePath("results.ndjson"));
-        EXPECT_TRUE(stream.open(QIODevice::ReadOnly)) << output();
-        return readResultStream(stream);
-    }
-
-    std::string output() const { return m_output.toStdString(); }
-
-private:
-    QTemporaryDir m_results;
-    QProcess m_process;
-    QString m_output;
-};
 
 /** Paths without the place of the source tree, and without what differs from run to run. */
 QString normalized(QString text)

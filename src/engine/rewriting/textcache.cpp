@@ -53,7 +53,7 @@ std::shared_ptr<const RewrittenText> read(const QByteArray& bytes)
 QString TextCache::defaultFolder()
 {
     QString cache = qEnvironmentVariable("XDG_CACHE_HOME");
-    if (!QDir::isAbsolutePath(cache)) // the XDG base directory specification: relative paths are ignored
+    if (!QDir::isAbsolutePath(cache)) // relative paths are ignored, as XDG asks
         cache = QDir::homePath() + QLatin1String("/.cache");
     return cache + QLatin1String("/torvix/scripts");
 }
