@@ -45,6 +45,14 @@ QString bareText(const QString& text)
     return bare.simplified();
 }
 
+bool shareWord(const QString& one, const QString& other)
+{
+    const QStringList words = bareText(other).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QStringList own = bareText(one).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return std::any_of(own.begin(), own.end(),
+                       [&words](const QString& word) { return words.contains(word); });
+}
+
 /** True for texts that one who writes a name may take for each other: case, marks, a typing error. */
 bool isSimilarText(const QString& one, const QString& other)
 {
@@ -325,25 +333,32 @@ int NameMatcher::score(QObject* object, bool* fits)
             score += condition->subject <= Subject::Name ? 6 : 4;
         else if (isNearly(*condition, object))
             score += condition->subject <= Subject::Name ? 3 : 2;
+        else if (condition->source.match == Protocol::Match::Exact &&
+                 shareWord(comparedText(*condition, object), condition->source.text))
+            score += 1;
     }
     return score;
 }
 
-bool NameMatcher::isNearly(const Condition& condition, QObject* object)
+QString NameMatcher::comparedText(const Condition& condition, QObject* object)
 {
-    if (condition.source.match != Protocol::Match::Exact || condition.nested)
-        return false;
     switch (condition.subject) {
     case Subject::Type:
-        return isKindOf(condition, object) ||
-               isSimilarText(QString::fromLatin1(object->metaObject()->className()), condition.source.text);
+        return QString::fromLatin1(object->metaObject()->className());
     case Subject::Name:
-        return isSimilarText(object->objectName(), condition.source.text);
+        return object->objectName();
     case Subject::Property:
-        return isSimilarText(propertyText(object, condition.property), condition.source.text);
+        return propertyText(object, condition.property);
     default:
-        return false;
+        return QString();
     }
+}
+
+bool NameMatcher::isNearly(const Condition& condition, QObject* object)
+{
+    return condition.source.match == Protocol::Match::Exact &&
+           (isKindOf(condition, object) ||
+            isSimilarText(comparedText(condition, object), condition.source.text));
 }
 
 QString NameMatcher::difference(Condition& condition, QObject* object)

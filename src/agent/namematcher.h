@@ -50,6 +50,8 @@ private:
     static bool isKindOf(const Condition& condition, const QObject* object);
     /** How well the object fits; 0 for not at all. */
     int score(QObject* object, bool* fits);
+    /** What of the object an exact condition compares; null when that is no text. */
+    static QString comparedText(const Condition& condition, QObject* object);
     static bool isNearly(const Condition& condition, QObject* object);
     QString difference(Condition& condition, QObject* object);
     QString differences(QObject* object);

@@ -76,7 +76,7 @@ TEST_F(Examples, ThatFailOnPurposeFailInJustThatManner)
     ASSERT_TRUE(missing.firstFailure());
     const std::string message = missing.firstFailure()->message.toStdString();
     EXPECT_NE(std::string::npos, message.find("Clear Everything")) << message;
-    EXPECT_NE(std::string::npos, message.find("The closest is")) << message;
+    EXPECT_NE(std::string::npos, message.find("The closest is Button with text 'Clear':")) << message;
     EXPECT_EQ(5, missing.firstFailure()->line);
     EXPECT_TRUE(missing.objectTree.contains("Clear All")) << "the tree shows what there is instead";
     ASSERT_LE(2, missing.entries.size());
