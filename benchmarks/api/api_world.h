@@ -2,8 +2,8 @@
 
 #include "interpreter/base/dummyrunnerinterface.h"
 #include "interpreter/js/jsinterpreter.h"
-#include "objectmodel/launcher.h"
-#include "testsupport/report/resultstream.h"
+#include "launcher/launcher.h"
+#include "report/resultstream.h"
 #include "testsupport/testresult.h"
 
 #include <QFile>

@@ -6,11 +6,11 @@
 #include "engine/list.h"
 #include "interpreter/base/dummyrunnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
-#include "interpreter/js/extrafunction.h"
+#include "interpreter/js/bridge/jsobject.h"
+#include "interpreter/js/context/extrafunction.h"
 #include "interpreter/js/jsinterpreter.h"
-#include "interpreter/js/jsobject.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/localmodel.h"
+#include "support/model/localmodel.h"
 
 #include <benchmark/benchmark.h>
 

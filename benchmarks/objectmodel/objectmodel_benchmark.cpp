@@ -11,8 +11,8 @@
 #include "echo.h"
 #include "support/oneprocessor.h"
 
+#include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/launcher.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 #include "agent/agent.h"
 
-#include "agent/inputqueue.h"
+#include "agent/input/inputqueue.h"
 #include "agent/listener.h"
 #include "protocol/applicationmessages.h"
 #include "protocol/token.h"

@@ -1,7 +1,7 @@
 #include "agent/objecttable.h"
 
 #include "agent/error.h"
-#include "agent/itemguard.h"
+#include "agent/items/itemguard.h"
 #include "protocol/message.h"
 
 #include <QThread>

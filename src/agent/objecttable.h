@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agent/value.h"
+#include "agent/reflection/value.h"
 
 #include <QHash>
 #include <QObject>

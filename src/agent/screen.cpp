@@ -1,10 +1,10 @@
 #include "agent/screen.h"
 
 #include "agent/error.h"
-#include "agent/graphics.h"
-#include "agent/items.h"
-#include "agent/namematcher.h"
-#include "agent/objecttree.h"
+#include "agent/items/graphics.h"
+#include "agent/items/items.h"
+#include "agent/lookup/namematcher.h"
+#include "agent/lookup/objecttree.h"
 
 #include <QAbstractItemView>
 #include <QAction>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agent/value.h"
+#include "agent/reflection/value.h"
 #include "protocol/screenmessages.h"
 
 #include <QRect>

@@ -1,8 +1,8 @@
 #include "agent/wire.h"
 
-#include "agent/conversions.h"
 #include "agent/error.h"
-#include "agent/registry.h"
+#include "agent/reflection/conversions.h"
+#include "agent/reflection/registry.h"
 
 #include <QMetaType>
 #include <QSet>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "agent/classinfo.h"
 #include "agent/objecttable.h"
+#include "agent/reflection/classinfo.h"
 #include "protocol/classmessages.h"
 
 namespace Torvix::Agent {

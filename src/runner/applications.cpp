@@ -1,7 +1,7 @@
 #include "runner/applications.h"
 
+#include "launcher/processfacts.h"
 #include "protocol/channel.h"
-#include "runner/processfacts.h"
 
 #include <QDateTime>
 #include <QDir>

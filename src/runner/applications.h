@@ -1,10 +1,10 @@
 #pragma once
 
 #include "interpreter/base/applicationcontext.h"
+#include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/launcher.h"
+#include "report/runreport.h"
 #include "shared/base/sharedptr.h"
-#include "testsupport/report/runreport.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 // What scripts ask of an application context, answered by the case runner.
+#include "launcher/processfacts.h"
 #include "runner/caserunner.h"
-#include "runner/processfacts.h"
 
 #include <utility>
 

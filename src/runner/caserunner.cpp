@@ -3,11 +3,11 @@
 #include "interpreter/base/debugger.h"
 #include "interpreter/base/interpreter.h"
 #include "objectmodel/objectmap.h"
+#include "report/resultstream.h"
 #include "runner/objecttree.h"
 #include "runner/plugin.h"
 #include "testsupport/objectfunctions.h"
-#include "testsupport/report/resultstream.h"
-#include "testsupport/screenshots.h"
+#include "testsupport/screen/screenshots.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "runner/commandline.h"
 
+#include "report/reporters.h"
 #include "runner/nearestname.h"
-#include "testsupport/report/reporters.h"
 
 #include <QRegularExpression>
 

@@ -1,6 +1,6 @@
 #include "runner/progress.h"
 
-#include "testsupport/report/reporters.h"
+#include "report/reporters.h"
 
 #include <cstdio>
 

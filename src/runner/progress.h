@@ -1,6 +1,6 @@
 #pragma once
 
-#include "testsupport/report/runreport.h"
+#include "report/runreport.h"
 
 #include <QElapsedTimer>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "runner/reportfiles.h"
 
+#include "report/resultstream.h"
 #include "runner/runverb.h"
-#include "testsupport/report/resultstream.h"
 
 #include <QDir>
 #include <QSaveFile>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "report/reporters.h"
 #include "runner/commandline.h"
-#include "testsupport/report/reporters.h"
 
 namespace Torvix {
 

@@ -1,12 +1,12 @@
 #include "runner/runverb.h"
 
+#include "report/resultstream.h"
 #include "runner/caserunner.h"
 #include "runner/plugin.h"
 #include "runner/progress.h"
 #include "runner/reportfiles.h"
 #include "runner/selection.h"
 #include "runner/watchdog.h"
-#include "testsupport/report/resultstream.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "testsupport/attachments.h"
 
-#include "testsupport/screenshots.h"
+#include "testsupport/screen/screenshots.h"
 #include "testsupport/testresult.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "interpreter/base/scriptcontext.h"
 #include "testsupport/attachments.h"
-#include "testsupport/screenshots.h"
+#include "testsupport/screen/screenshots.h"
 #include "testsupport/testresult.h"
 
 #include <QImage>

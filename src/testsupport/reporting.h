@@ -1,8 +1,8 @@
 #pragma once
 
+#include "report/runreport.h"
 #include "shared/base/sharedptr.h"
 #include "testsupport/export.h"
-#include "testsupport/report/runreport.h"
 
 #include <QString>
 

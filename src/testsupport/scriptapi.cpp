@@ -3,13 +3,13 @@
 #include "interpreter/base/interpreter.h"
 #include "interpreter/base/scriptcontext.h"
 #include "objectmodel/inspector.h"
-#include "testsupport/createvp.h"
 #include "testsupport/objectfunctions.h"
 #include "testsupport/reporting.h"
-#include "testsupport/screensearch.h"
-#include "testsupport/screenshots.h"
+#include "testsupport/screen/screensearch.h"
+#include "testsupport/screen/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/testsettings.h"
+#include "testsupport/verification/createvp.h"
 #include "testsupport/waiting.h"
 
 #include <QDir>

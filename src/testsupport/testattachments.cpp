@@ -4,11 +4,11 @@
 #include "objectmodel/inspector.h"
 #include "testsupport/attachments.h"
 #include "testsupport/reporting.h"
-#include "testsupport/screenshots.h"
+#include "testsupport/screen/screenshots.h"
+#include "testsupport/screen/videocapture.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/testfunctions.h"
 #include "testsupport/testresult.h"
-#include "testsupport/videocapture.h"
 
 #include <QFileInfo>
 

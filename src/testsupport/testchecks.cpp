@@ -1,7 +1,7 @@
 #include "interpreter/base/scriptcontext.h"
 #include "testsupport/reporting.h"
 #include "testsupport/testfunctions.h"
-#include "testsupport/textdiff.h"
+#include "testsupport/verification/textdiff.h"
 
 namespace Torvix {
 

@@ -1,10 +1,10 @@
 #include "interpreter/base/scriptcontext.h"
 #include "testsupport/reporting.h"
 #include "testsupport/scriptoptions.h"
-#include "testsupport/structuraldiff.h"
 #include "testsupport/testfunctions.h"
 #include "testsupport/testresult.h"
-#include "testsupport/textdiff.h"
+#include "testsupport/verification/structuraldiff.h"
+#include "testsupport/verification/textdiff.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 #include "testsupport/testinteraction.h"
 
 #include "interpreter/base/scriptcontext.h"
-#include "testsupport/dialogs.h"
+#include "testsupport/dialogs/dialogs.h"
 #include "testsupport/reporting.h"
-#include "testsupport/screenshots.h"
+#include "testsupport/screen/screenshots.h"
 #include "testsupport/scriptfiles.h"
 #include "testsupport/waiting.h"
 

@@ -1,8 +1,8 @@
 #include "testsupport/testresult.h"
 
+#include "report/resultstream.h"
 #include "testsupport/attachments.h"
-#include "testsupport/report/resultstream.h"
-#include "testsupport/videocapture.h"
+#include "testsupport/screen/videocapture.h"
 
 #include <QDir>
 #include <QFileInfo>

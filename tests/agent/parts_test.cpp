@@ -1,7 +1,7 @@
-#include "agent/items.h"
-#include "agent/keytext.h"
-#include "agent/registry.h"
-#include "agent/value.h"
+#include "agent/input/keytext.h"
+#include "agent/items/items.h"
+#include "agent/reflection/registry.h"
+#include "agent/reflection/value.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "objectmodel/running.h"
-#include "testsupport/report/resultstream.h"
+#include "report/resultstream.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "testsupport/report/resultstream.h"
+#include "report/resultstream.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "objectmodel/launcher.h"
+#include "launcher/launcher.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/launcher.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "objectmodel/inspector.h"
-#include "objectmodel/localmodel.h"
+#include "support/model/localmodel.h"
 
 namespace Torvix::Testing {
 

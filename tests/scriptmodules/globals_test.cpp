@@ -1,8 +1,8 @@
 #include "engine/interpreter.h"
 #include "interpreter/base/dummyrunnerinterface.h"
 #include "interpreter/js/jsinterpreter.h"
+#include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/launcher.h"
 #include "testsupport/scriptapi.h"
 #include "testsupport/testresult.h"
 

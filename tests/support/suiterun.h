@@ -1,6 +1,6 @@
 #pragma once
 
-#include "testsupport/report/resultstream.h"
+#include "report/resultstream.h"
 
 #include <QElapsedTimer>
 #include <QFile>

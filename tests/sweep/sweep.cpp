@@ -1,7 +1,7 @@
 #include "sweep/sweep.h"
 
+#include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/launcher.h"
 
 #include <QElapsedTimer>
 #include <QSet>

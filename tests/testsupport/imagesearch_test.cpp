@@ -1,4 +1,4 @@
-#include "testsupport/imagesearch.h"
+#include "testsupport/screen/imagesearch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "testsupport/structuraldiff.h"
+#include "testsupport/verification/structuraldiff.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "testsupport/textdiff.h"
+#include "testsupport/verification/textdiff.h"
 
 #include <QRandomGenerator>
 

@@ -1,5 +1,5 @@
-#include "agent/bind.h"
 #include "agent/bindings/bindings.h"
+#include "agent/reflection/bind.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #include "agent/bindings/bindings.h"
 
-#include "agent/globalclass.h"
+#include "agent/reflection/globalclass.h"
 
 namespace Torvix::Agent {
 

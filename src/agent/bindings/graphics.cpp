@@ -1,7 +1,7 @@
-#include "agent/graphics.h"
+#include "agent/items/graphics.h"
 
-#include "agent/bind.h"
 #include "agent/bindings/bindings.h"
+#include "agent/reflection/bind.h"
 
 #include <QGraphicsItem>
 #include <QGraphicsObject>

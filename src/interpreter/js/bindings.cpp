@@ -1,13 +1,13 @@
 #include "engine/interpreter.h"
-#include "interpreter/js/extrafunction.h"
-#include "interpreter/js/jsapplicationcontext.h"
-#include "interpreter/js/jsconsole.h"
-#include "interpreter/js/jsinputconstants.h"
-#include "interpreter/js/jsobjectaccess.h"
-#include "interpreter/js/jsscriptfunctions.h"
-#include "interpreter/js/jstestdata.h"
-#include "interpreter/js/jstestinteraction.h"
-#include "interpreter/js/jstorvixinfo.h"
+#include "interpreter/js/context/extrafunction.h"
+#include "interpreter/js/objects/jsapplicationcontext.h"
+#include "interpreter/js/objects/jsconsole.h"
+#include "interpreter/js/objects/jsinputconstants.h"
+#include "interpreter/js/objects/jsobjectaccess.h"
+#include "interpreter/js/objects/jsscriptfunctions.h"
+#include "interpreter/js/objects/jstestdata.h"
+#include "interpreter/js/objects/jstestinteraction.h"
+#include "interpreter/js/objects/jstorvixinfo.h"
 
 namespace Torvix {
 

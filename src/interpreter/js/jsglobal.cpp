@@ -1,9 +1,9 @@
 #include "engine/interpreter.h"
 #include "engine/reference.h"
-#include "interpreter/js/jsfunc.h"
-#include "interpreter/js/jsobject.h"
-#include "interpreter/js/jsscriptcontext.h"
-#include "interpreter/js/jsutils.h"
+#include "interpreter/js/bridge/jsfunc.h"
+#include "interpreter/js/bridge/jsobject.h"
+#include "interpreter/js/context/jsscriptcontext.h"
+#include "interpreter/js/context/jsutils.h"
 #include "objectmodel/inspector.h"
 
 namespace {

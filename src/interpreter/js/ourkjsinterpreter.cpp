@@ -1,7 +1,7 @@
 #include "interpreter/js/ourkjsinterpreter.h"
 
-#include "interpreter/js/jsnativefunction.h"
-#include "interpreter/js/jsnativeobject.h"
+#include "interpreter/js/bridge/jsnativefunction.h"
+#include "interpreter/js/bridge/jsnativeobject.h"
 
 #include <QDir>
 #include <QFile>

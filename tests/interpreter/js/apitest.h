@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interpreter/js/scripttest.h"
-#include "testsupport/report/resultstream.h"
+#include "report/resultstream.h"
 #include "testsupport/testresult.h"
 
 #include <QBuffer>

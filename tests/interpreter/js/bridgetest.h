@@ -1,9 +1,9 @@
 #pragma once
 
 #include "interpreter/base/applicationcontext.h"
-#include "interpreter/js/jsobject.h"
-#include "objectmodel/localmodel.h"
+#include "interpreter/js/bridge/jsobject.h"
 #include "scripttest.h"
+#include "support/model/localmodel.h"
 
 #include <QStringList>
 

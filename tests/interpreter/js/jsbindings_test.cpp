@@ -1,5 +1,5 @@
 #include "interpreter/js/apitest.h"
-#include "interpreter/js/hiddenobjects.h"
+#include "interpreter/js/debug/hiddenobjects.h"
 #include "objectmodel/samplemodel.h"
 
 namespace Torvix {

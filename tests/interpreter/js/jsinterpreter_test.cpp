@@ -2,11 +2,11 @@
 
 #include "engine/error.h"
 #include "interpreter/base/debugger.h"
-#include "interpreter/js/jsobject.h"
-#include "interpreter/js/jsutils.h"
+#include "interpreter/js/bridge/jsobject.h"
+#include "interpreter/js/context/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/localmodel.h"
+#include "support/model/localmodel.h"
 
 namespace Torvix {
 namespace {

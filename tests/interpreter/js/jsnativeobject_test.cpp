@@ -1,4 +1,4 @@
-#include "interpreter/js/jsnativeobject.h"
+#include "interpreter/js/bridge/jsnativeobject.h"
 
 #include "interpreter/base/nativescriptobject.h"
 #include "interpreter/js/scripttest.h"

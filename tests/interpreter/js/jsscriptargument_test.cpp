@@ -1,6 +1,6 @@
-#include "interpreter/js/jsscriptargument.h"
+#include "interpreter/js/context/jsscriptargument.h"
 
-#include "interpreter/js/jsutils.h"
+#include "interpreter/js/context/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/propertyvalue.h"
 

@@ -1,8 +1,8 @@
 #include "interpreter/base/applicationcontext.h"
-#include "interpreter/js/jsscriptcontext.h"
+#include "interpreter/js/context/jsscriptcontext.h"
 
-#include "interpreter/js/jsscriptargument.h"
-#include "interpreter/js/jsutils.h"
+#include "interpreter/js/context/jsscriptargument.h"
+#include "interpreter/js/context/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/testresult.h"

@@ -1,6 +1,6 @@
 #include "interpreter/base/debugger.h"
 #include "interpreter/js/apitest.h"
-#include "interpreter/js/jstest.h"
+#include "interpreter/js/objects/jstest.h"
 
 namespace Torvix {
 namespace {

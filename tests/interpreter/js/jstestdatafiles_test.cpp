@@ -1,6 +1,6 @@
 #include "interpreter/js/apitest.h"
+#include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/launcher.h"
 
 #include <QRandomGenerator>
 

@@ -1,5 +1,5 @@
 #include "interpreter/js/apitest.h"
-#include "testsupport/terminal.h"
+#include "testsupport/dialogs/terminal.h"
 
 #include <array>
 #include <future>

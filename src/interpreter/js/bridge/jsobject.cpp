@@ -1,0 +1,185 @@
+#include "interpreter/js/bridge/jsobject.h"
+
+#include "engine/interpreter.h"
+#include "engine/reference.h"
+#include "interpreter/base/applicationcontext.h"
+#include "interpreter/base/interpreter.h"
+#include "interpreter/js/bridge/jsconvert.h"
+#include "interpreter/js/bridge/jsfunc.h"
+#include "interpreter/js/bridge/remoteobjectmodelholder.h"
+#include "interpreter/js/context/jsutils.h"
+#include "objectmodel/inspector.h"
+
+namespace Torvix {
+
+namespace {
+
+RunnerInterface* currentRunner()
+{
+    Interpreter* interpreter = Interpreter::self();
+    return interpreter ? interpreter->runnerInterface() : nullptr;
+}
+
+/** The members that every wrapper has unless the class declares one of that name. */
+struct ProtoMember
+{
+    KJS::Identifier name;
+    JsObjectProtoFunc::Type type;
+};
+
+const std::vector<ProtoMember>& protoMembers()
+{
+    static const std::vector<ProtoMember> table = {{"valueOf", JsObjectProtoFunc::ValueOf},
+                                                   {"toString", JsObjectProtoFunc::ToString},
+                                                   {"[[==]]", JsObjectProtoFunc::Equality}};
+    return table;
+}
+
+KJS::Value failure(KJS::ExecState* exec, const QString& message)
+{
+    return argError(exec, KJS::GeneralError, message);
+}
+
+} // namespace
+
+QString withLastError(const QString& message)
+{
+    const QString lastError = Inspector::self()->lastError();
+    return lastError.isEmpty() ? message : message + QLatin1String(": ") + lastError;
+}
+
+bool enumeratorValue(const Class* cls, const QString& key, int* value)
+{
+    for (int i = 0, count = cls->numEnumerators(); i < count; ++i) {
+        bool found = false;
+        *value = cls->enumerator(i)->value(key, &found);
+        if (found)
+            return true;
+    }
+    return false;
+}
+
+const KJS::ClassInfo JsObjectImp::info = {"Object", nullptr};
+
+JsObjectImp::JsObjectImp(KJS::ExecState* exec, SharedPtr<Object> object)
+    : ObjectImp(exec->interpreter()->builtinObjectPrototype())
+    , m_object(std::move(object))
+{
+}
+
+JsObjectImp::~JsObjectImp() = default;
+
+KJS::UString JsObjectImp::className() const
+{
+    return m_object->className();
+}
+
+KJS::Value JsObjectImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
+{
+    const RemoteObjectModelHolder access(currentRunner());
+    if (m_object->isInvalidated())
+        return failure(exec, QStringLiteral("Attempt to access an invalidated object"));
+    const Class* cls = m_object->objectClass();
+    const QString& key = name.qstring();
+    if (const Property* property = cls->property(key)) {
+        if (m_object->isNull())
+            return failure(exec, QStringLiteral("Attempt to access a property of a null object"));
+        if (!property->isReadable())
+            return failure(exec, QStringLiteral("Property is not readable"));
+        const SharedPtr<Object> value = property->get(m_object);
+        if (!value)
+            return failure(exec, withLastError(QStringLiteral("Error occurred when reading property")));
+        return jsNatify(exec, value);
+    }
+    if (!cls->methods(key).isEmpty())
+        return new JsFunc(exec, cls, key);
+    int number = 0;
+    if (enumeratorValue(cls, key, &number))
+        return KJS::Number(number);
+    for (const ProtoMember& member : protoMembers()) {
+        if (member.name == name)
+            return new JsObjectProtoFunc(m_object, member.type, 0);
+    }
+    return ObjectImp::get(exec, name);
+}
+
+void JsObjectImp::put(KJS::ExecState* exec, const KJS::Identifier& name, const KJS::Value& value, int)
+{
+    const RemoteObjectModelHolder access(currentRunner());
+    if (m_object->isInvalidated()) {
+        failure(exec, QStringLiteral("Attempt to modify an invalidated object"));
+        return;
+    }
+    const Property* property = m_object->objectClass()->property(name.qstring());
+    if (!property) {
+        failure(exec, QStringLiteral("Can't add new properties to this object"));
+        return;
+    }
+    if (!property->isWritable()) {
+        failure(exec, QStringLiteral("Attempt to set a non-writable property"));
+        return;
+    }
+    const SharedPtr<Object> object = jsToObject(exec, value, property->type());
+    if (exec->hadException())
+        return; // a script getter of the value threw: that is the error, not the conversion
+    if (!object)
+        failure(exec, QLatin1String("Failed to convert property value to type ") + property->type()->name());
+    else if (!property->set(m_object, object))
+        failure(exec, withLastError(QStringLiteral("Failed to set property")));
+}
+
+bool JsObjectImp::hasProperty(KJS::ExecState* exec, const KJS::Identifier& name) const
+{
+    const Class* cls = m_object->objectClass();
+    return cls->property(name.qstring()) || !cls->methods(name.qstring()).isEmpty() ||
+           ObjectImp::hasProperty(exec, name);
+}
+
+KJS::ReferenceList JsObjectImp::propList(KJS::ExecState* exec, bool recursive)
+{
+    KJS::ReferenceList list = ObjectImp::propList(exec, recursive);
+    const Class* cls = m_object->objectClass();
+    for (int i = 0, count = cls->numProperties(); i < count; ++i)
+        list.append(
+            KJS::Reference(KJS::Object::dynamicCast(jsWrap(exec, m_object)), cls->property(i)->name()));
+    return list;
+}
+
+KJS::Value jsWrap(KJS::ExecState* exec, SharedPtr<Object> object)
+{
+    return new JsObjectImp(exec, std::move(object));
+}
+
+Object* jsUnWrap(KJS::ExecState* exec, const KJS::Value& value)
+{
+    if (!isTorvixObject(exec, value))
+        return nullptr;
+    return static_cast<JsObjectImp*>(value.imp())->object().get();
+}
+
+const Class* jsUnWrapClass(KJS::ExecState* exec, const KJS::Value& value)
+{
+    return isTorvixClass(exec, value) ? static_cast<JsClassImp*>(value.imp())->wrappedClass() : nullptr;
+}
+
+bool isTorvixObject(KJS::ExecState*, const KJS::Value& value)
+{
+    return value.dispatchType() == KJS::ObjectType &&
+           KJS::Object::dynamicCast(value).inherits(&JsObjectImp::info);
+}
+
+bool isTorvixClass(KJS::ExecState*, const KJS::Value& value)
+{
+    return value.dispatchType() == KJS::ObjectType &&
+           KJS::Object::dynamicCast(value).inherits(&JsClassImp::info);
+}
+
+void jsCacheValue(const KJS::ObjectImp*, const KJS::Identifier&, const KJS::Value&) {}
+
+int currentRunnerAppId()
+{
+    RunnerInterface* runner = currentRunner();
+    return runner ? runner->applicationContext(QString())->id : -1;
+}
+
+} // namespace Torvix

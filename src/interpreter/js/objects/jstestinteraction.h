@@ -1,0 +1,14 @@
+#pragma once
+
+#include "interpreter/js/context/functiontable.h"
+
+namespace Torvix {
+
+/** `testInteraction`: dialogs with the person who runs the test. It has no prototype: intended. */
+class JsTestInteractionImp : public JsFixedObjectImp
+{
+public:
+    JsTestInteractionImp();
+};
+
+} // namespace Torvix

@@ -1,0 +1,70 @@
+#include "interpreter/js/objects/jstorvixinfo.h"
+
+#include "interpreter/base/interpreter.h"
+#include "interpreter/base/runnerinterface.h"
+
+#include <QDir>
+
+namespace Torvix {
+
+namespace {
+
+constexpr int versionMajor = 7;
+constexpr int versionMinor = 1;
+constexpr int versionPatch = 0;
+/** One byte each, the lowest being that of a release. */
+constexpr int versionNumber = versionMajor << 24 | versionMinor << 16 | versionPatch << 8 | 0xf0;
+
+RunnerInterface::TestEnvironment testEnvironment()
+{
+    const Interpreter* interpreter = Interpreter::self();
+    RunnerInterface* runner = interpreter ? interpreter->runnerInterface() : nullptr;
+    return runner ? runner->testEnvironment() : RunnerInterface::TestEnvironment();
+}
+
+QString withNativeSeparators(QString path)
+{
+    return path.replace(QLatin1Char('/'), QDir::separator());
+}
+
+/** The folder of the test case's script. */
+QString testCaseFolder(const RunnerInterface::TestEnvironment& environment)
+{
+    const QString script = QDir::cleanPath(environment.testCase);
+    return withNativeSeparators(script.left(script.lastIndexOf(QLatin1Char('/'))));
+}
+
+} // namespace
+
+JsTorvixInfoImp::JsTorvixInfoImp(KJS::ExecState* exec)
+    : JsFixedObjectImp(exec->interpreter()->builtinObjectPrototype())
+{
+    const RunnerInterface::TestEnvironment environment = testEnvironment();
+    putConstant(this, "version", KJS::Number(versionNumber));
+    putConstant(this, "major", KJS::Number(versionMajor));
+    putConstant(this, "minor", KJS::Number(versionMinor));
+    putConstant(this, "patch", KJS::Number(versionPatch));
+    putConstant(
+        this, "version_str",
+        KJS::String(QStringLiteral("%1.%2.%3").arg(versionMajor).arg(versionMinor).arg(versionPatch)));
+    putConstant(this, "settingsGroup", KJS::String(environment.settingsGroup));
+    putConstant(this, "defaultDevice", KJS::String(environment.defaultDevice));
+    putConstant(this, "testCase", KJS::String(environment.testCase));
+    putConstant(this, "resultDir", KJS::String(withNativeSeparators(QDir::cleanPath(environment.resultDir))));
+}
+
+KJS::Value JsTorvixInfoImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
+{
+    const bool isComputed = name == "testCase" || name == "testCaseName" || name == "testSuiteName";
+    if (isComputed) {
+        const RunnerInterface::TestEnvironment environment = testEnvironment();
+        if (!environment.testCase.isEmpty()) {
+            if (name == "testCase")
+                return KJS::String(testCaseFolder(environment));
+            return KJS::String(name == "testCaseName" ? environment.testCaseName : environment.testSuiteName);
+        }
+    }
+    return ObjectImp::get(exec, name);
+}
+
+} // namespace Torvix

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "interpreter/js/context/functiontable.h"
+
+namespace Torvix {
+
+/** `torvixinfo`: the version of the script API and what the runner knows of the test under way. */
+class JsTorvixInfoImp : public JsFixedObjectImp
+{
+public:
+    explicit JsTorvixInfoImp(KJS::ExecState* exec);
+
+    KJS::Value get(KJS::ExecState* exec, const KJS::Identifier& name) const override;
+};
+
+} // namespace Torvix
