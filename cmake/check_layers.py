@@ -44,7 +44,8 @@ def owner(direct, relative):
 def check(root):
     direct = read_table(root / "cmake" / "layers.txt")
     allowed = {folder: reach(direct, folder) for folder in direct}
-    faults = []
+    faults = [f"cmake/layers.txt: {folder} stands above itself" for folder, below in direct.items()
+              if any(folder in reach(direct, other) for other in below)]
     for path in sorted((root / "src").rglob("*")):
         if path.suffix not in (".h", ".cpp"):
             continue

@@ -7,8 +7,8 @@
 #include "interpreter/base/dummyrunnerinterface.h"
 #include "interpreter/base/scriptcontext.h"
 #include "interpreter/js/bridge/jsobject.h"
-#include "interpreter/js/context/extrafunction.h"
 #include "interpreter/js/jsinterpreter.h"
+#include "interpreter/js/scriptobject/extrafunction.h"
 #include "objectmodel/inspector.h"
 #include "support/model/localmodel.h"
 

@@ -10,11 +10,11 @@ from check_layers import check  # noqa: E402
 
 
 class CheckLayers(unittest.TestCase):
-    def faults(self, files):
+    def faults(self, files, table="low:\nmid: low\nmid/sub:\nengine:\ntop: mid\n"):
         with tempfile.TemporaryDirectory() as folder:
             root = Path(folder)
             (root / "cmake").mkdir()
-            (root / "cmake" / "layers.txt").write_text("low:\nmid: low\nmid/sub:\nengine:\ntop: mid\n")
+            (root / "cmake" / "layers.txt").write_text(table)
             for name, text in files.items():
                 (root / "src" / name).parent.mkdir(parents=True, exist_ok=True)
                 (root / "src" / name).write_text(text)
@@ -38,6 +38,10 @@ class CheckLayers(unittest.TestCase):
 
     def test_an_unknown_folder_is_refused(self):
         self.assertEqual(["new/a.cpp: its folder is not in cmake/layers.txt"], self.faults({"new/a.cpp": ""}))
+
+    def test_a_table_that_goes_in_a_circle_is_refused(self):
+        self.assertEqual(["cmake/layers.txt: low stands above itself", "cmake/layers.txt: mid stands above itself"],
+                         self.faults({}, table="low: mid\nmid: low\ntop: mid\n"))
 
 
 if __name__ == "__main__":

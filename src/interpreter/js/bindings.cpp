@@ -1,6 +1,5 @@
 #include "engine/interpreter.h"
-#include "interpreter/js/context/extrafunction.h"
-#include "interpreter/js/objects/jsapplicationcontext.h"
+#include "interpreter/js/objects/jsapplications.h"
 #include "interpreter/js/objects/jsconsole.h"
 #include "interpreter/js/objects/jsinputconstants.h"
 #include "interpreter/js/objects/jsobjectaccess.h"
@@ -8,6 +7,7 @@
 #include "interpreter/js/objects/jstestdata.h"
 #include "interpreter/js/objects/jstestinteraction.h"
 #include "interpreter/js/objects/jstorvixinfo.h"
+#include "interpreter/js/scriptobject/extrafunction.h"
 
 namespace Torvix {
 

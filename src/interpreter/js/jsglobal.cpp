@@ -1,9 +1,11 @@
+#include "interpreter/js/jsglobal.h"
+
 #include "engine/interpreter.h"
 #include "engine/reference.h"
 #include "interpreter/js/bridge/jsfunc.h"
 #include "interpreter/js/bridge/jsobject.h"
 #include "interpreter/js/context/jsscriptcontext.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 
 namespace {
@@ -87,8 +89,8 @@ KJS::Value JsGlobalImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
         if (const Property* property = global->property(key)) {
             const SharedPtr<Object> value = property->get(nullptr);
             if (!value)
-                return argError(exec, KJS::GeneralError,
-                                withLastError(QStringLiteral("Error occurred when reading property")));
+                return generalError(exec,
+                                    withLastError(QStringLiteral("Error occurred when reading property")));
             // Global values stay wrappers, unlike those of objects: intended.
             return jsWrap(exec, value);
         }

@@ -3,16 +3,16 @@
 #include "engine/collector.h"
 #include "engine/function.h"
 #include "interpreter/js/bridge/jsconvert.h"
-#include "interpreter/js/bridge/jsnativefunction.h"
-#include "interpreter/js/bridge/jsnativeobject.h"
-#include "interpreter/js/bridge/jsobject.h"
-#include "interpreter/js/context/extrafunction.h"
-#include "interpreter/js/context/jsscriptargument.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
 #include "interpreter/js/context/jsscriptcontext.h"
 #include "interpreter/js/debug/jsdebugger.h"
+#include "interpreter/js/jsglobal.h"
 #include "interpreter/js/jspromise.h"
+#include "interpreter/js/kjs/ourkjsinterpreter.h"
+#include "interpreter/js/native/jsnativefunction.h"
+#include "interpreter/js/native/jsnativetype.h"
 #include "interpreter/js/objects/jstest.h"
-#include "interpreter/js/ourkjsinterpreter.h"
+#include "interpreter/js/scriptobject/extrafunction.h"
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/object.h"
@@ -87,11 +87,6 @@ private:
 
 } // namespace
 
-QString callBackIdentifier(const KJS::ObjectImp* function)
-{
-    return QStringLiteral("CallBack|0x%1").arg(quintptr(function), 0, 16);
-}
-
 // Each step needs the one before it.
 JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
 {
@@ -99,6 +94,7 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
     m_scriptContext = std::make_unique<JSScriptContext>();
     ScriptContext::setCurrent(m_scriptContext.get());
     m_interpreter = std::make_unique<OurKJSInterpreter>(global);
+    initNativeTypes(m_interpreter.get());
     initBindings();
     KJS::Object globalObject = m_interpreter->globalObject();
     ExtraFunctionImp::init(m_interpreter.get(), &globalObject);
@@ -112,7 +108,7 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
 JsInterpreter::~JsInterpreter()
 {
     clearCallables();
-    m_callBacks.clear();
+    m_interpreter->clearCallBacks();
     debugger()->initVariableWatcher();
     setLastResult(nullptr);
     m_scriptContext.reset();
@@ -196,12 +192,11 @@ KJS::Object JsInterpreter::findCallable(KJS::ExecState* exec, const QString& nam
     const KJS::Value property = m_interpreter->globalObject().get(exec, KJS::Identifier(name));
     KJS::Object function = KJS::Object::dynamicCast(property);
     if (property.isUndefined()) {
-        const auto callBack = m_callBacks.constFind(name);
-        if (callBack == m_callBacks.constEnd()) {
+        function = m_interpreter->callBack(name);
+        if (function.isNull()) {
             setErrorMessage(QStringLiteral("Can't find function '%1'").arg(name));
             return KJS::Object();
         }
-        function = *callBack;
     }
     if (!function.isNull() && function.implementsCall())
         return function;
@@ -214,7 +209,8 @@ bool JsInterpreter::call(const QString& name, const ObjectList& args)
     const PositionKeeper position(debugger());
     clearError();
     setInterrupted(false);
-    KJS::ExecState* exec = m_execStates.isEmpty() ? getGlobalExecState() : m_execStates.top();
+    KJS::ExecState* callInProgress = m_interpreter->innermostCall();
+    KJS::ExecState* exec = callInProgress ? callInProgress : getGlobalExecState();
     KJS::Object function = findCallable(exec, name);
     if (function.isNull())
         return false;
@@ -230,7 +226,7 @@ bool JsInterpreter::call(const QString& name, const ObjectList& args)
     }
     KJS::Object global = m_interpreter->globalObject();
     const KJS::Value answer = function.call(exec, global, list);
-    if (m_execStates.isEmpty())
+    if (!callInProgress)
         awaitPromise(exec, answer);
     if (!exec->hadException())
         return true;
@@ -326,6 +322,7 @@ bool JsInterpreter::addGlobalFunction(const QString& name, NativeScriptFunction 
 bool JsInterpreter::addType(const QString& name, void* key, const NativeScriptType& type)
 {
     auto* prototype = new JsNativeTypePrototypeImp(m_interpreter.get(), type, key, name);
+    addMembers(m_interpreter.get(), prototype);
     m_interpreter->addNativeType(key, prototype);
     KJS::Object constructor = new JsNativeTypeImp(m_interpreter.get(), name, prototype, key);
     constructor.putDirect("prototype", prototype, KJS::ReadOnly);
@@ -376,15 +373,12 @@ void JsInterpreter::setScriptArguments(const QString& name, const QStringList& a
 
 QString JsInterpreter::registerCallBack(const KJS::Object& function)
 {
-    const QString identifier = callBackIdentifier(function.imp());
-    m_callBacks.insert(identifier, function);
-    return identifier;
+    return m_interpreter->registerCallBack(function);
 }
 
 QString JsInterpreter::unregisterCallBack(const KJS::Object& function)
 {
-    const QString identifier = callBackIdentifier(function.imp());
-    return m_callBacks.remove(identifier) > 0 ? identifier : QString();
+    return m_interpreter->unregisterCallBack(function);
 }
 
 } // namespace Torvix

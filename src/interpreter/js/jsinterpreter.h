@@ -3,9 +3,6 @@
 #include "engine/object.h"
 #include "interpreter/base/interpreter.h"
 
-#include <QMap>
-#include <QStack>
-
 #include <memory>
 
 namespace KJS {
@@ -16,9 +13,6 @@ namespace Torvix {
 
 class JSScriptContext;
 class OurKJSInterpreter;
-
-/** Identifier under which a script function is registered for later calls; stable for one object. */
-QString callBackIdentifier(const KJS::ObjectImp* function);
 
 /** The JavaScript interpreter that the runner gets. */
 class JsInterpreter : public Interpreter
@@ -64,23 +58,6 @@ public:
     /** The current interpreter if it is one of this language, else null. */
     static JsInterpreter* self();
 
-    /** Marks the object-model call in progress: a script function that is called back meanwhile runs
-     *  on the call's state. */
-    class ExecStateScope
-    {
-    public:
-        ExecStateScope(JsInterpreter* interpreter, KJS::ExecState* exec) : m_interpreter(interpreter)
-        {
-            m_interpreter->m_execStates.push(exec);
-        }
-        ExecStateScope(const ExecStateScope&) = delete;
-        ExecStateScope& operator=(const ExecStateScope&) = delete;
-        ~ExecStateScope() { m_interpreter->m_execStates.pop(); }
-
-    private:
-        JsInterpreter* m_interpreter;
-    };
-
 private:
     /** Installs the enumerators of the application's global class as global constants. */
     void initBindings();
@@ -92,8 +69,6 @@ private:
 
     std::unique_ptr<OurKJSInterpreter> m_interpreter;
     QStringList m_scriptArguments;
-    QMap<QString, KJS::Object> m_callBacks;
-    QStack<KJS::ExecState*> m_execStates;
     std::unique_ptr<JSScriptContext> m_scriptContext;
 };
 

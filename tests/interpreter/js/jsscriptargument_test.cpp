@@ -1,6 +1,7 @@
-#include "interpreter/js/context/jsscriptargument.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
 
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/bridge/jsarguments.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/propertyvalue.h"
 

@@ -1,8 +1,9 @@
 #include "interpreter/base/applicationcontext.h"
 #include "interpreter/js/context/jsscriptcontext.h"
 
-#include "interpreter/js/context/jsscriptargument.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/bridge/jsarguments.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "interpreter/js/scripttest.h"
 #include "objectmodel/inspector.h"
 #include "testsupport/testresult.h"

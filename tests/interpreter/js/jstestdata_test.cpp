@@ -1,6 +1,6 @@
 #include "engine/collector.h"
 #include "interpreter/js/apitest.h"
-#include "interpreter/js/objects/jstestdata.h"
+#include "interpreter/js/bridge/jstestdatarecord.h"
 
 namespace Torvix {
 namespace {

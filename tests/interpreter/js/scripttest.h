@@ -3,9 +3,9 @@
 #include "engine/interpreter.h"
 #include "engine/list.h"
 #include "interpreter/base/dummyrunnerinterface.h"
-#include "interpreter/js/context/extrafunction.h"
 #include "interpreter/js/context/jsscriptcontext.h"
 #include "interpreter/js/jsinterpreter.h"
+#include "interpreter/js/scriptobject/extrafunction.h"
 
 #include <QFile>
 #include <QTemporaryDir>

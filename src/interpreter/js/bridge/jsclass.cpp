@@ -4,7 +4,7 @@
 #include "interpreter/js/bridge/jsfunc.h"
 #include "interpreter/js/bridge/jsobject.h"
 #include "interpreter/js/bridge/overload.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 
 namespace Torvix {
@@ -36,14 +36,12 @@ KJS::Value JsClassImp::get(KJS::ExecState* exec, const KJS::Identifier& name) co
     const QString& key = name.qstring();
     if (const Property* property = m_class->property(key)) {
         if (!property->isStatic())
-            return argError(exec, KJS::ReferenceError,
-                            QStringLiteral("Can't access property without object reference"));
+            return referenceError(exec, QStringLiteral("Can't access property without object reference"));
         if (!property->isReadable())
-            return argError(exec, KJS::ReferenceError, QStringLiteral("Property is not readable"));
+            return referenceError(exec, QStringLiteral("Property is not readable"));
         const SharedPtr<Object> value = property->get(nullptr);
         if (!value)
-            return argError(exec, KJS::ReferenceError,
-                            QStringLiteral("Error occurred when reading property"));
+            return referenceError(exec, QStringLiteral("Error occurred when reading property"));
         return jsNatify(exec, value);
     }
     if (!m_class->methods(key).isEmpty())

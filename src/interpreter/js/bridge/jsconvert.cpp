@@ -3,9 +3,9 @@
 #include "engine/interpreter.h"
 #include "engine/reference.h"
 #include "interpreter/js/bridge/jsobject.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
 #include "interpreter/js/bridge/overload.h"
-#include "interpreter/js/context/jsscriptargument.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectname.h"
 

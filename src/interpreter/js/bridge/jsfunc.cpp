@@ -5,8 +5,8 @@
 #include "interpreter/js/bridge/jsobject.h"
 #include "interpreter/js/bridge/overload.h"
 #include "interpreter/js/bridge/remoteobjectmodelholder.h"
-#include "interpreter/js/context/jsutils.h"
-#include "interpreter/js/jsinterpreter.h"
+#include "interpreter/js/kjs/ourkjsinterpreter.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 
 #include <QtDebug>
@@ -73,16 +73,14 @@ JsFunc::JsFunc(KJS::ExecState* exec, const Class* cls, const QString& name)
 KJS::Value JsFunc::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
 {
     if (m_applicationId != currentRunnerAppId())
-        return argError(
-            exec, KJS::GeneralError,
-            QStringLiteral("Cannot call function or method, current application context changed."));
+        return generalError(
+            exec, QStringLiteral("Cannot call function or method, current application context changed."));
     const Class* cls = Inspector::self()->classById(m_classId);
     if (!cls)
-        return argError(exec, KJS::GeneralError,
-                        QStringLiteral("Cannot call function or method, class not found."));
+        return generalError(exec, QStringLiteral("Cannot call function or method, class not found."));
     const SharedPtr<Object> target = jsUnWrap(exec, thisObj);
-    const JsInterpreter::ExecStateScope state(JsInterpreter::self(), exec);
-    const RemoteObjectModelHolder access(JsInterpreter::self()->runnerInterface());
+    const OurKJSInterpreter::ExecStateScope state(exec);
+    const RemoteObjectModelHolder access(Interpreter::self()->runnerInterface());
     return callOverload(exec, cls, cls->methods(m_name), target, args);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/function.h"
+#include "engine/objectimp.h"
 #include "interpreter/base/nativescriptobject.h"
 #include "interpreter/base/nativescripttype.h"
 
@@ -8,8 +8,9 @@
 #include <QString>
 
 /**
- * Classes and namespaces that C++ registers with Interpreter::addType and addNamespace, as scripts
- * see them. The application under test is another matter: see jsobject.h.
+ * Instances of the classes that C++ registers with Interpreter::addType, and their prototypes. The
+ * constructors and all functions are made by native/jsnativetype.h. The application under test is
+ * another matter: see jsobject.h.
  */
 namespace Torvix {
 
@@ -20,7 +21,7 @@ class OurKJSInterpreter;
 class JsNativeTypePrototypeImp : public KJS::ObjectImp
 {
 public:
-    /** A super type has to be registered already. */
+    /** Without the type's members. A super type has to be registered already. */
     JsNativeTypePrototypeImp(OurKJSInterpreter* interpreter, const NativeScriptType& type, void* key,
                              const QString& name);
 
@@ -31,38 +32,19 @@ public:
     QString typeName() const { return QString::fromUtf8(m_name); }
     const KJS::ClassInfo* instanceInfo() const { return &m_instanceInfo; }
 
+    /** The prototype of a registered type; null for an unknown key. */
+    static JsNativeTypePrototypeImp* of(KJS::ExecState* exec, void* key);
     /** Class info of the instances of a type; null for an unknown key. */
     static const KJS::ClassInfo* getBaseTypeInfo(KJS::ExecState* exec, void* key);
     /** Prototype of a type; the built-in object prototype for a null or an unknown key. */
     static KJS::Object getBaseTypeProto(KJS::ExecState* exec, void* key);
 
 private:
-    void addMethods(OurKJSInterpreter* interpreter);
-    void addProperties(OurKJSInterpreter* interpreter);
-
     NativeScriptType m_type;
     void* m_key;
     QByteArray m_name; ///< the class infos point into it
     KJS::ClassInfo m_instanceInfo;
     KJS::ClassInfo m_prototypeInfo;
-};
-
-/** The constructor of a native type, with its static members. A call and `new` are the same. */
-class JsNativeTypeImp : public KJS::InternalFunctionImp
-{
-public:
-    JsNativeTypeImp(OurKJSInterpreter* interpreter, const QString& name, JsNativeTypePrototypeImp* prototype,
-                    void* key);
-
-    bool implementsCall() const override { return implementsConstruct(); }
-    bool implementsConstruct() const override { return m_constructor != nullptr; }
-    KJS::Object construct(KJS::ExecState* exec, const KJS::List& args) override;
-    KJS::Value call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args) override;
-
-private:
-    NativeScriptConstructor m_constructor;
-    JsNativeTypePrototypeImp* m_prototype; ///< kept by the interpreter's table
-    void* m_key;
 };
 
 /** An instance of a native type; keeps the native object alive. */
@@ -78,19 +60,6 @@ public:
 private:
     SharedPtr<NativeScriptObject> m_object;
     JsNativeTypePrototypeImp* m_prototype; ///< kept by the interpreter's table
-};
-
-/** A group of native functions under one global name. */
-class JsNativeNamespaceImp : public KJS::ObjectImp
-{
-public:
-    JsNativeNamespaceImp(OurKJSInterpreter* interpreter, const QString& name,
-                         const NativeScriptNamespace& nameSpace);
-
-    KJS::UString className() const override { return m_name; }
-
-private:
-    KJS::UString m_name;
 };
 
 } // namespace Torvix

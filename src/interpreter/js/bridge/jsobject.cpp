@@ -7,7 +7,7 @@
 #include "interpreter/js/bridge/jsconvert.h"
 #include "interpreter/js/bridge/jsfunc.h"
 #include "interpreter/js/bridge/remoteobjectmodelholder.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 
 namespace Torvix {
@@ -33,11 +33,6 @@ const std::vector<ProtoMember>& protoMembers()
                                                    {"toString", JsObjectProtoFunc::ToString},
                                                    {"[[==]]", JsObjectProtoFunc::Equality}};
     return table;
-}
-
-KJS::Value failure(KJS::ExecState* exec, const QString& message)
-{
-    return argError(exec, KJS::GeneralError, message);
 }
 
 } // namespace
@@ -78,17 +73,17 @@ KJS::Value JsObjectImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
 {
     const RemoteObjectModelHolder access(currentRunner());
     if (m_object->isInvalidated())
-        return failure(exec, QStringLiteral("Attempt to access an invalidated object"));
+        return generalError(exec, QStringLiteral("Attempt to access an invalidated object"));
     const Class* cls = m_object->objectClass();
     const QString& key = name.qstring();
     if (const Property* property = cls->property(key)) {
         if (m_object->isNull())
-            return failure(exec, QStringLiteral("Attempt to access a property of a null object"));
+            return generalError(exec, QStringLiteral("Attempt to access a property of a null object"));
         if (!property->isReadable())
-            return failure(exec, QStringLiteral("Property is not readable"));
+            return generalError(exec, QStringLiteral("Property is not readable"));
         const SharedPtr<Object> value = property->get(m_object);
         if (!value)
-            return failure(exec, withLastError(QStringLiteral("Error occurred when reading property")));
+            return generalError(exec, withLastError(QStringLiteral("Error occurred when reading property")));
         return jsNatify(exec, value);
     }
     if (!cls->methods(key).isEmpty())
@@ -107,25 +102,26 @@ void JsObjectImp::put(KJS::ExecState* exec, const KJS::Identifier& name, const K
 {
     const RemoteObjectModelHolder access(currentRunner());
     if (m_object->isInvalidated()) {
-        failure(exec, QStringLiteral("Attempt to modify an invalidated object"));
+        generalError(exec, QStringLiteral("Attempt to modify an invalidated object"));
         return;
     }
     const Property* property = m_object->objectClass()->property(name.qstring());
     if (!property) {
-        failure(exec, QStringLiteral("Can't add new properties to this object"));
+        generalError(exec, QStringLiteral("Can't add new properties to this object"));
         return;
     }
     if (!property->isWritable()) {
-        failure(exec, QStringLiteral("Attempt to set a non-writable property"));
+        generalError(exec, QStringLiteral("Attempt to set a non-writable property"));
         return;
     }
     const SharedPtr<Object> object = jsToObject(exec, value, property->type());
     if (exec->hadException())
         return; // a script getter of the value threw: that is the error, not the conversion
     if (!object)
-        failure(exec, QLatin1String("Failed to convert property value to type ") + property->type()->name());
+        generalError(exec,
+                     QLatin1String("Failed to convert property value to type ") + property->type()->name());
     else if (!property->set(m_object, object))
-        failure(exec, withLastError(QStringLiteral("Failed to set property")));
+        generalError(exec, withLastError(QStringLiteral("Failed to set property")));
 }
 
 bool JsObjectImp::hasProperty(KJS::ExecState* exec, const KJS::Identifier& name) const

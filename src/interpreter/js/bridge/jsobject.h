@@ -7,7 +7,7 @@
 
 /**
  * The script side of the application under test: a wrapper for each object, class and namespace of
- * the object model, and the global object that finds them by name.
+ * the object model.
  *
  * Every failure is an exception in the execution state; where there is a result it is the error.
  */
@@ -79,18 +79,6 @@ public:
 
 private:
     const Namespace* m_namespace;
-};
-
-/** The global object: what a script does not declare is looked up in the object model, lazily. */
-class JsGlobalImp : public KJS::ObjectImp
-{
-public:
-    JsGlobalImp();
-
-    KJS::UString className() const override;
-    KJS::Value get(KJS::ExecState* exec, const KJS::Identifier& name) const override;
-    bool hasProperty(KJS::ExecState* exec, const KJS::Identifier& name) const override;
-    KJS::ReferenceList propList(KJS::ExecState* exec, bool recursive = true) override;
 };
 
 /** A new wrapper, every time. The object must not be null. */

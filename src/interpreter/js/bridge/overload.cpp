@@ -4,8 +4,8 @@
 #include "engine/object.h"
 #include "interpreter/js/bridge/jsconvert.h"
 #include "interpreter/js/bridge/jsobject.h"
-#include "interpreter/js/context/jsscriptargument.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 
 #include <algorithm>

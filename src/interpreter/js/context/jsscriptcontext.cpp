@@ -1,22 +1,19 @@
 #include "interpreter/js/context/jsscriptcontext.h"
 
+#include "engine/debugger.h"
 #include "engine/interpreter.h"
 #include "engine/list.h"
 #include "engine/object.h"
 #include "interpreter/base/nativescriptobject.h"
+#include "interpreter/js/bridge/jsapplicationcontext.h"
 #include "interpreter/js/bridge/jsnativeobject.h"
 #include "interpreter/js/bridge/jsobject.h"
-#include "interpreter/js/context/jsscriptargument.h"
-#include "interpreter/js/context/jsutils.h"
-#include "interpreter/js/debug/jsdebugger.h"
-#include "interpreter/js/objects/jsapplicationcontext.h"
-#include "interpreter/js/objects/jstestdata.h"
-#include "interpreter/js/ourkjsinterpreter.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
+#include "interpreter/js/bridge/jstestdatarecord.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/object.h"
 
-#include <QDate>
 #include <QDebug>
-#include <QTime>
 
 namespace Torvix {
 
@@ -80,13 +77,7 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(const QString& value) cons
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(const QDateTime& value) const
 {
-    const QDate date = value.date();
-    const QTime time = value.time();
-    const KJS::List fields{KJS::Number(date.year()),   KJS::Number(date.month() - 1),
-                           KJS::Number(date.day()),    KJS::Number(time.hour()),
-                           KJS::Number(time.minute()), KJS::Number(time.second()),
-                           KJS::Number(time.msec())};
-    return argumentOf(m_exec->interpreter()->builtinDate().construct(m_exec, fields));
+    return argumentOf(dateValue(m_exec, value));
 }
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(const ScriptArgument::List& values) const
@@ -110,7 +101,7 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<NativeScriptObje
 {
     if (!object)
         return nullArgument();
-    JsNativeTypePrototypeImp* prototype = ourInterpreter(m_exec)->nativeType(object->type());
+    JsNativeTypePrototypeImp* prototype = JsNativeTypePrototypeImp::of(m_exec, object->type());
     if (prototype)
         return argumentOf(new JsNativeObjectImp(prototype, object));
     Torvix::raiseJSException(m_exec, KJS::GeneralError,
@@ -150,13 +141,13 @@ void JSScriptContext::addStaticMemberFunction(const QString& className, const QS
 
 bool JSScriptContext::lineInfo(LineInfo* info, unsigned int depth) const
 {
-    const auto* debugger = dynamic_cast<const JsDebugger*>(Debugger::self());
-    if (!debugger)
+    const Debugger* debugger = Debugger::self();
+    const auto* hooks = dynamic_cast<const KJS::Debugger*>(debugger);
+    KJS::Interpreter* engine = hooks ? hooks->interpreter() : nullptr;
+    const int count = engine ? engine->frameCount() : 0;
+    if (depth >= unsigned(count))
         return false;
-    const KJS::ExecState* frame = debugger->execState(depth);
-    if (!frame)
-        return false;
-    const KJS::Context context = frame->context();
+    const KJS::Context context = engine->frameExec(count - int(depth))->context();
     *info = LineInfo{debugger->findSourceId(context.sourceId()), context.curStmtFirstLine()};
     return true;
 }

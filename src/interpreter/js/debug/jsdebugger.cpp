@@ -1,14 +1,14 @@
 #include "interpreter/js/debug/jsdebugger.h"
 
 #include "engine/interpreter.h"
-#include "interpreter/js/jsinterpreter.h"
-#include "interpreter/js/ourkjsinterpreter.h"
+#include "interpreter/base/interpreter.h"
+#include "interpreter/js/kjs/ourkjsinterpreter.h"
 
 namespace Torvix {
 
 KjsDebuggerBase::~KjsDebuggerBase() = default;
 
-JsDebugger::JsDebugger(JsInterpreter* interpreter) : Torvix::Debugger(interpreter)
+JsDebugger::JsDebugger(Interpreter* interpreter) : Torvix::Debugger(interpreter)
 {
     setHooksWanted(false);
 }

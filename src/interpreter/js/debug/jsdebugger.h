@@ -7,7 +7,7 @@
 
 namespace Torvix {
 
-class JsInterpreter;
+class Interpreter;
 
 /** The engine's hooks. */
 class KjsDebuggerBase : public KJS::Debugger
@@ -28,7 +28,7 @@ class JsDebugger : public Torvix::Debugger, public KjsDebuggerBase
     Q_OBJECT
 
 public:
-    explicit JsDebugger(JsInterpreter* interpreter);
+    explicit JsDebugger(Interpreter* interpreter);
     ~JsDebugger() override;
 
     int nextSourceId() const override;

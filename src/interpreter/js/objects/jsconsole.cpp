@@ -1,7 +1,7 @@
 #include "interpreter/js/objects/jsconsole.h"
 
 #include "engine/execstate.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 
 namespace Torvix {
 
@@ -10,8 +10,7 @@ namespace {
 KJS::Value jsConsoleAssert(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.isEmpty() || args.size() > 2)
-        return argError(exec, KJS::SyntaxError,
-                        QStringLiteral("Function Console.assert() requires 1 or 2 parameters"));
+        return syntaxError(exec, QStringLiteral("Function Console.assert() requires 1 or 2 parameters"));
     if (args[0].toBoolean(exec))
         return KJS::Undefined();
     QString message = QStringLiteral("ERROR: Assertion in script");
@@ -19,7 +18,7 @@ KJS::Value jsConsoleAssert(KJS::ExecState* exec, KJS::Object&, const KJS::List& 
         message += QLatin1String(": ") + args[1].toString(exec).qstring();
     if (exec->hadException())
         return exec->exception(); // the message's own toString threw
-    return argError(exec, KJS::GeneralError, message);
+    return generalError(exec, message);
 }
 
 const JsFunctionRow functions[] = {
@@ -36,9 +35,8 @@ JsConsoleImp::JsConsoleImp()
 
 KJS::Value DeprecatedJsConsoleImp::get(KJS::ExecState* exec, const KJS::Identifier&) const
 {
-    return argError(
-        exec, KJS::ReferenceError,
-        QStringLiteral("The 'Console' object was result of a typo. Please use 'console' instead."));
+    return referenceError(
+        exec, QStringLiteral("The 'Console' object was result of a typo. Please use 'console' instead."));
 }
 
 } // namespace Torvix

@@ -1,11 +1,12 @@
 #include "interpreter/js/objects/jsobjectaccess.h"
 
+#include "interpreter/base/interpreter.h"
 #include "interpreter/base/runnerinterface.h"
+#include "interpreter/js/bridge/jsarguments.h"
 #include "interpreter/js/bridge/jsconvert.h"
 #include "interpreter/js/bridge/jsobject.h"
 #include "interpreter/js/context/jsscriptcontext.h"
-#include "interpreter/js/context/jsutils.h"
-#include "interpreter/js/jsinterpreter.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/objectmap.h"
 #include "testsupport/objectfunctions.h"
@@ -95,7 +96,7 @@ KJS::Value jsObjectDeref(KJS::ExecState* exec, KJS::Object&, const KJS::List& ar
         return KJS::Undefined();
     const SharedPtr<Object> target = object->dereference();
     if (!target)
-        return argError(exec, KJS::GeneralError, QStringLiteral("Dereferencing failed"));
+        return generalError(exec, QStringLiteral("Dereferencing failed"));
     return jsWrap(exec, target);
 }
 
@@ -129,7 +130,7 @@ KJS::Value jsObjectMapAdd(KJS::ExecState* exec, KJS::Object&, const KJS::List& a
     inspector->remoteCall(QStringLiteral("addToObjectMap"), {realName, symbolicName});
     const QString error = inspector->lastError();
     if (!error.isEmpty())
-        return argError(exec, KJS::GeneralError, error);
+        return generalError(exec, error);
     return KJS::String(symbolicName);
 }
 
@@ -152,22 +153,20 @@ KJS::Value jsObjectMapRealName(KJS::ExecState* exec, KJS::Object&, const KJS::Li
 KJS::Value jsObjectMapSymbolicNames(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (!args.isEmpty())
-        return argError(exec, KJS::SyntaxError,
-                        QStringLiteral("objectMap.symbolicNames() does not take any arguments"));
+        return syntaxError(exec, QStringLiteral("objectMap.symbolicNames() does not take any arguments"));
     return arrayFromQStringList(exec, ObjectMap::self()->table().keys());
 }
 
 KJS::Value jsObjectMapLoad(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.size() != 1)
-        return argError(exec, KJS::SyntaxError, QStringLiteral("Expected one string argument"));
+        return syntaxError(exec, QStringLiteral("Expected one string argument"));
     const QString path = args[0].toString(exec).qstring();
     if (exec->hadException())
         return KJS::Undefined();
     RunnerInterface* runner = Interpreter::self()->runnerInterface();
     if (!runner || !runner->loadObjectMap(path))
-        return argError(exec, KJS::GeneralError,
-                        QLatin1String("File '") + path + QLatin1String("' couldn't be found."));
+        return generalError(exec, QLatin1String("File '") + path + QLatin1String("' couldn't be found."));
     return KJS::Undefined();
 }
 
@@ -224,7 +223,7 @@ KJS::Value jsFindObject(KJS::ExecState* exec, KJS::Object&, const KJS::List& arg
         qWarning("Inspector::lastError() was empty when it should not be");
         error = QStringLiteral("Unknown lookup error");
     }
-    return argError(exec, KJS::GeneralError, error);
+    return generalError(exec, error);
 }
 
 KJS::Value jsFindAllObjects(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
@@ -250,20 +249,20 @@ KJS::Value jsWaitForObjectItem(KJS::ExecState* exec, KJS::Object&, const KJS::Li
 KJS::Value jsObjectName(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.size() != 1)
-        return argError(exec, KJS::TypeError, QStringLiteral("objectName() expects an argument"));
+        return typeError(exec, QStringLiteral("objectName() expects an argument"));
     const SharedPtr<Object> object = jsToObject(exec, args[0], nullptr);
     if (!object)
-        return argError(exec, KJS::TypeError, QStringLiteral("Invalid object passed to objectName()"));
+        return typeError(exec, QStringLiteral("Invalid object passed to objectName()"));
     return KJS::String(object->name());
 }
 
 KJS::Value jsCast(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.size() != 2)
-        return argError(exec, KJS::SyntaxError, QStringLiteral("cast(object, type)"));
+        return syntaxError(exec, QStringLiteral("cast(object, type)"));
     const SharedPtr<Object> object = jsToObject(exec, args[0], nullptr);
     if (!object)
-        return argError(exec, KJS::TypeError, QStringLiteral("Invalid object passed to cast()"));
+        return typeError(exec, QStringLiteral("Invalid object passed to cast()"));
     const Class* cls = castTarget(exec, args[1]);
     if (!cls)
         return exec->exception();

@@ -1,10 +1,11 @@
 #include "interpreter/js/objects/jsscriptfunctions.h"
 
 #include "engine/interpreter.h"
+#include "interpreter/base/interpreter.h"
 #include "interpreter/base/runnerinterface.h"
-#include "interpreter/js/context/jsutils.h"
-#include "interpreter/js/jsinterpreter.h"
-#include "interpreter/js/ourkjsinterpreter.h"
+#include "interpreter/js/bridge/jsarguments.h"
+#include "interpreter/js/kjs/ourkjsinterpreter.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "shared/host/realpath.h"
 
 #include <QCoreApplication>
@@ -93,7 +94,7 @@ KJS::Value jsSource(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
         return KJS::Undefined();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return argError(exec, KJS::GeneralError, QLatin1String("Couldn't open file ") + path);
+        return generalError(exec, QLatin1String("Couldn't open file ") + path);
     const QByteArray bytes = file.readAll();
     // A source ends at its first zero byte, as everywhere in the tool.
     const QString code = QString::fromUtf8(bytes.constData());
@@ -112,17 +113,16 @@ KJS::Value jsSource(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 KJS::Value jsWaitFor(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.isEmpty() || args.size() > 2)
-        return argError(exec, KJS::SyntaxError, QStringLiteral("waitFor(expression, [timeout])"));
+        return syntaxError(exec, QStringLiteral("waitFor(expression, [timeout])"));
     if (!isPollable(args[0]))
-        return argError(exec, KJS::TypeError,
-                        QStringLiteral("waitFor() expression has to be of type string or function"));
+        return typeError(exec, QStringLiteral("waitFor() expression has to be of type string or function"));
     double timeoutMs = -1;
     if (args.size() > 1) {
         if (args[1].dispatchType() != KJS::NumberType)
-            return argError(exec, KJS::TypeError, QStringLiteral("Invalid type of timeout value"));
+            return typeError(exec, QStringLiteral("Invalid type of timeout value"));
         timeoutMs = args[1].toNumber(exec);
         if (std::isnan(timeoutMs))
-            return argError(exec, KJS::TypeError, QStringLiteral("Timeout value is not a number"));
+            return typeError(exec, QStringLiteral("Timeout value is not a number"));
     }
     Poll poll;
     if (!preparePoll(exec, args[0], &poll))
@@ -144,7 +144,7 @@ KJS::Value jsWaitFor(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
             return KJS::Boolean(false);
         // What is polled runs too little script, or none, to be stopped in it.
         if (exec->interpreter()->isStopping())
-            return argError(exec, KJS::GeneralError, QStringLiteral("Script interrupted"));
+            return generalError(exec, QStringLiteral("Script interrupted"));
         usleep(sleepMicroseconds(elapsedMs));
     }
 }

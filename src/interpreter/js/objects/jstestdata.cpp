@@ -1,7 +1,8 @@
 #include "interpreter/js/objects/jstestdata.h"
 
+#include "interpreter/js/bridge/jstestdatarecord.h"
 #include "interpreter/js/context/jsscriptcontext.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/inspector.h"
 #include "shared/testdata/testdatadir.h"
 #include "testsupport/scriptfiles.h"
@@ -16,16 +17,6 @@ namespace {
 bool isString(const KJS::Value& value)
 {
     return value.dispatchType() == KJS::StringType;
-}
-
-KJS::Value typeError(KJS::ExecState* exec, const char* message)
-{
-    return argError(exec, KJS::TypeError, QLatin1String(message));
-}
-
-KJS::Value generalError(KJS::ExecState* exec, const QString& message)
-{
-    return argError(exec, KJS::GeneralError, message);
 }
 
 /** The records of a file of the test, which `read` makes a table of. */
@@ -90,7 +81,7 @@ int columnOf(KJS::ExecState* exec, const TestDataSet* dataSet, const KJS::Value&
 KJS::Value jsTestDataField(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.size() != 2)
-        return argError(exec, KJS::SyntaxError, QStringLiteral("field() expects two arguments"));
+        return syntaxError(exec, QStringLiteral("field() expects two arguments"));
     const TestDataRecord* record = unwrapTestDataRecord(args[0]);
     if (!record)
         return typeError(exec, "Invalid test data record");
@@ -103,7 +94,7 @@ KJS::Value jsTestDataField(KJS::ExecState* exec, KJS::Object&, const KJS::List& 
 KJS::Value jsTestDataFieldNames(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     if (args.size() != 1)
-        return argError(exec, KJS::SyntaxError, QStringLiteral("fieldNames() expects a recordset argument"));
+        return syntaxError(exec, QStringLiteral("fieldNames() expects a recordset argument"));
     const TestDataRecord* record = unwrapTestDataRecord(args[0]);
     if (!record)
         return typeError(exec, "Invalid test data record");
@@ -188,37 +179,6 @@ const JsFunctionRow functions[] = {
 JsTestDataImp::JsTestDataImp()
 {
     putFunctions(this, functions);
-}
-
-const KJS::ClassInfo JsTestDataRecordImp::info = {"TestData"};
-
-JsTestDataRecordImp::JsTestDataRecordImp(const TestDataRecord* record)
-    : m_record(record)
-    , m_dataSet(record->dataSet())
-{
-}
-
-JsTestDataRecordImp::~JsTestDataRecordImp() = default;
-
-KJS::Value wrapTestDataRecord(KJS::ExecState*, const TestDataRecord* record)
-{
-    return new JsTestDataRecordImp(record);
-}
-
-KJS::Object wrapTestDataSet(KJS::ExecState* exec, SharedPtr<TestDataSet> dataSet)
-{
-    KJS::Object array = emptyArray(exec);
-    for (int i = 0; i < dataSet->count(); ++i)
-        array.put(exec, unsigned(i), wrapTestDataRecord(exec, dataSet->record(i)));
-    return array;
-}
-
-const TestDataRecord* unwrapTestDataRecord(const KJS::Value& value)
-{
-    const KJS::Object object = KJS::Object::dynamicCast(value);
-    return object.inherits(&JsTestDataRecordImp::info)
-               ? static_cast<const JsTestDataRecordImp*>(object.imp())->record()
-               : nullptr;
 }
 
 } // namespace Torvix

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interpreter/js/context/functiontable.h"
+#include "interpreter/js/scriptobject/functiontable.h"
 
 namespace Torvix {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/interpreter.h"
-#include "interpreter/js/context/extrafunction.h"
+#include "interpreter/js/scriptobject/extrafunction.h"
 
 namespace Torvix {
 

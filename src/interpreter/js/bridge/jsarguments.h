@@ -1,15 +1,17 @@
 #pragma once
 
-#include "engine/error.h"
-#include "engine/object.h"
 #include "engine/value.h"
 #include "shared/base/sharedptr.h"
 
 #include <QString>
-#include <QStringList>
+
+namespace KJS {
+class ExecState;
+class List;
+} // namespace KJS
 
 /**
- * What every hand-written script function uses: raising errors, checking arguments, making arrays.
+ * Checks of the arguments of script functions that take objects of the application or their names.
  *
  * A helper that fails has set the exception of the execution state before it returns; the caller
  * then returns at once.
@@ -17,21 +19,6 @@
 namespace Torvix {
 
 class Object;
-
-/** Makes an error and the pending exception of it. Its position is unknown: the engine fills in that of the
- * running statement. The result is what the failing function returns. */
-KJS::Value argError(KJS::ExecState* exec, KJS::ErrorType type, const QString& message);
-/** The same without a result. */
-void raiseJSException(KJS::ExecState* exec, KJS::ErrorType type, const QString& message);
-
-/** A new script array without elements. */
-KJS::Object emptyArray(KJS::ExecState* exec);
-/** A new script array of strings in the list's order. */
-KJS::Object arrayFromQStringList(KJS::ExecState* exec, const QStringList& list);
-
-/** Name of a value's type as messages show it: "Undefined", "Null", "Boolean", "String", "Number",
- *  "function", or an object's class, that of its script constructor when there is one. */
-QString nameOfType(KJS::ExecState* exec, const KJS::Value& value);
 
 /** True for a map, which stands for a real name. */
 bool isObjectNameType(KJS::ExecState* exec, const KJS::Value& value);

@@ -1,7 +1,4 @@
-#include "interpreter/js/ourkjsinterpreter.h"
-
-#include "interpreter/js/bridge/jsnativefunction.h"
-#include "interpreter/js/bridge/jsnativeobject.h"
+#include "interpreter/js/kjs/ourkjsinterpreter.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,10 +8,12 @@ namespace Torvix {
 
 std::unique_ptr<QString> jsSourceFile;
 
-OurKJSInterpreter::OurKJSInterpreter(const KJS::Object& global) : KJS::Interpreter(global)
+QString callBackIdentifier(const KJS::ObjectImp* function)
 {
-    initNativeTypes();
+    return QStringLiteral("CallBack|0x%1").arg(quintptr(function), 0, 16);
 }
+
+OurKJSInterpreter::OurKJSInterpreter(const KJS::Object& global) : KJS::Interpreter(global) {}
 
 OurKJSInterpreter::~OurKJSInterpreter()
 {
@@ -58,26 +57,27 @@ KJS::UString OurKJSInterpreter::loadModuleCode(const KJS::UString& path, KJS::US
     return code.isNull() ? KJS::UString("") : KJS::UString(code);
 }
 
-void OurKJSInterpreter::initNativeTypes()
-{
-    m_nativeFunctionPrototype = new JsNativeFunctionPrototype(builtinFunctionPrototype());
-    m_nativeFunctionPrototype.putDirect(
-        "toString", new JsNativeFunctionProtoMethodImp(builtinFunctionPrototype()), KJS::ReadOnly);
-}
-
 void OurKJSInterpreter::destroyNativeTypes()
 {
     m_nativeTypes.clear();
 }
 
-void OurKJSInterpreter::addNativeType(void* key, JsNativeTypePrototypeImp* prototype)
+QString OurKJSInterpreter::registerCallBack(const KJS::Object& function)
 {
-    m_nativeTypes.insert(key, prototype);
+    const QString identifier = callBackIdentifier(function.imp());
+    m_callBacks.insert(identifier, function);
+    return identifier;
 }
 
-JsNativeTypePrototypeImp* OurKJSInterpreter::nativeType(void* key) const
+QString OurKJSInterpreter::unregisterCallBack(const KJS::Object& function)
 {
-    return static_cast<JsNativeTypePrototypeImp*>(m_nativeTypes.value(key).imp());
+    const QString identifier = callBackIdentifier(function.imp());
+    return m_callBacks.remove(identifier) > 0 ? identifier : QString();
+}
+
+OurKJSInterpreter::ExecStateScope::ExecStateScope(KJS::ExecState* exec) : m_interpreter(ourInterpreter(exec))
+{
+    m_interpreter->m_execStates.push(exec);
 }
 
 } // namespace Torvix

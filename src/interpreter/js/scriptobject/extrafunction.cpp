@@ -1,4 +1,4 @@
-#include "interpreter/js/context/extrafunction.h"
+#include "interpreter/js/scriptobject/extrafunction.h"
 
 #include "engine/list.h"
 

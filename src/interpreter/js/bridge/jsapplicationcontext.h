@@ -1,10 +1,12 @@
 #pragma once
 
 #include "interpreter/base/applicationcontext.h"
-#include "interpreter/js/context/functiontable.h"
+#include "interpreter/js/scriptobject/functiontable.h"
 #include "shared/base/sharedptr.h"
 
 namespace Torvix {
+
+class RunnerInterface;
 
 /**
  * A script's handle on one application. A new one is made for each access: two handles of one context
@@ -27,16 +29,10 @@ private:
     SharedPtr<ApplicationContext> m_context;
 };
 
+/** The current runner; without one a runner that has no applications, and tells scripts so. */
+RunnerInterface* applicationRunner();
+
 /** The context of a handle; for anything else the empty context. Never null. */
 SharedPtr<ApplicationContext> unwrapAppContext(const KJS::Value& value);
-
-KJS::Value jsStartApplication(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jsAttachToApplication(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jsWaitForApplicationLaunch(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jsSetApplicationContext(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jsdefaultApplicationContext(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jscurrentApplicationContext(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jsApplicationContext(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
-KJS::Value jsApplicationContextList(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args);
 
 } // namespace Torvix

@@ -1,79 +1,15 @@
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/bridge/jsarguments.h"
 
-#include "engine/interpreter.h"
 #include "engine/list.h"
 #include "interpreter/js/bridge/jsconvert.h"
 #include "interpreter/js/bridge/jsobject.h"
-#include "interpreter/js/context/jsscriptargument.h"
+#include "interpreter/js/bridge/jsscriptargument.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/object.h"
 
 namespace Torvix {
-
-KJS::Value argError(KJS::ExecState* exec, KJS::ErrorType type, const QString& message)
-{
-    const KJS::Object error = KJS::Error::create(exec, type, message, -1, -1);
-    exec->setException(error);
-    return error;
-}
-
-void raiseJSException(KJS::ExecState* exec, KJS::ErrorType type, const QString& message)
-{
-    argError(exec, type, message);
-}
-
-KJS::Object emptyArray(KJS::ExecState* exec)
-{
-    return exec->interpreter()->builtinArray().construct(exec, KJS::List::empty());
-}
-
-KJS::Object arrayFromQStringList(KJS::ExecState* exec, const QStringList& list)
-{
-    KJS::Object array = emptyArray(exec);
-    unsigned index = 0;
-    for (const QString& text : list)
-        array.put(exec, index++, KJS::String(text));
-    return array;
-}
-
-namespace {
-
-/** Class of an object that is no function; that of a script class comes from its constructor. */
-QString objectTypeName(KJS::ExecState* exec, const KJS::Object& object)
-{
-    const KJS::Object constructor = KJS::Object::dynamicCast(object.get(exec, "constructor"));
-    if (!constructor.isNull()) {
-        const KJS::Value name = constructor.get(exec, "name");
-        if (!name.isUndefined())
-            return name.toString(exec).qstring();
-    }
-    return object.className().qstring();
-}
-
-} // namespace
-
-QString nameOfType(KJS::ExecState* exec, const KJS::Value& value)
-{
-    switch (value.dispatchType()) {
-    case KJS::UndefinedType:
-        return QStringLiteral("Undefined");
-    case KJS::NullType:
-        return QStringLiteral("Null");
-    case KJS::BooleanType:
-        return QStringLiteral("Boolean");
-    case KJS::StringType:
-        return QStringLiteral("String");
-    case KJS::NumberType:
-        return QStringLiteral("Number");
-    case KJS::ObjectType: {
-        const KJS::Object object = KJS::Object::dynamicCast(value);
-        return object.implementsCall() ? QStringLiteral("function") : objectTypeName(exec, object);
-    }
-    default:
-        return QString();
-    }
-}
 
 bool isObjectNameType(KJS::ExecState* exec, const KJS::Value& value)
 {
@@ -108,8 +44,8 @@ bool checkSingleArg(KJS::ExecState* exec, const KJS::List& args, const char* nam
 {
     if (args.size() == 1)
         return true;
-    argError(exec, KJS::SyntaxError,
-             QStringLiteral("Expected exactly a single argument in call to %1()").arg(QLatin1String(name)));
+    syntaxError(
+        exec, QStringLiteral("Expected exactly a single argument in call to %1()").arg(QLatin1String(name)));
     return false;
 }
 
@@ -124,8 +60,7 @@ bool parseArg(KJS::ExecState* exec, const KJS::List& args, const char* name, QSt
     }
     if (stringFromObject(jsUnWrap(exec, value), out))
         return true;
-    argError(exec, KJS::GeneralError,
-             QStringLiteral("%1() takes a string argument").arg(QLatin1String(name)));
+    generalError(exec, QStringLiteral("%1() takes a string argument").arg(QLatin1String(name)));
     return false;
 }
 
@@ -151,7 +86,7 @@ bool qstrFromStringOrObjectArg(KJS::ExecState* exec, const KJS::List& args, cons
         *out = object->realName();
         return true;
     }
-    argError(exec, KJS::TypeError, QStringLiteral("Invalid argument type"));
+    typeError(exec, QStringLiteral("Invalid argument type"));
     return false;
 }
 
@@ -164,7 +99,7 @@ SharedPtr<Object> unwrapSingleArg(KJS::ExecState* exec, const KJS::List& args, c
         return object;
     if (const SharedPtr<Object> object = jsToObject(exec, value, nullptr))
         return object;
-    argError(exec, KJS::TypeError, QStringLiteral("Invalid argument type"));
+    typeError(exec, QStringLiteral("Invalid argument type"));
     return nullptr;
 }
 

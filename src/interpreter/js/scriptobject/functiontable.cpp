@@ -1,4 +1,4 @@
-#include "interpreter/js/context/functiontable.h"
+#include "interpreter/js/scriptobject/functiontable.h"
 
 namespace Torvix {
 

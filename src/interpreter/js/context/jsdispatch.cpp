@@ -3,7 +3,7 @@
 #include "engine/error.h"
 #include "engine/execstate.h"
 #include "interpreter/js/context/jsscriptcontext.h"
-#include "interpreter/js/context/jsutils.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 
 namespace Torvix {
 
@@ -77,7 +77,7 @@ KJS::Value jsScriptContextCall(KJS::ExecState* exec, const KJS::List& args, Scri
     JSScriptContext context;
     context.setJSArguments(exec, args);
     if (context.execute(function) == ScriptContext::Failed)
-        return argError(exec, KJS::TypeError, context.errorMessage());
+        return typeError(exec, context.errorMessage());
     return context.result().isNull() ? KJS::Undefined() : context.result();
 }
 

@@ -1,10 +1,10 @@
-#include "interpreter/js/bridge/jsnativefunction.h"
+#include "interpreter/js/native/jsnativefunction.h"
 
 #include "interpreter/base/nativescriptobject.h"
 #include "interpreter/js/bridge/jsnativeobject.h"
 #include "interpreter/js/context/jsscriptcontext.h"
-#include "interpreter/js/context/jsutils.h"
-#include "interpreter/js/ourkjsinterpreter.h"
+#include "interpreter/js/kjs/ourkjsinterpreter.h"
+#include "interpreter/js/scriptobject/jsutils.h"
 
 namespace Torvix {
 
@@ -65,8 +65,7 @@ KJS::Value JsNativeObjectMethodImp::call(KJS::ExecState* exec, KJS::Object& this
     auto* wrapper =
         thisObj.inherits(m_owner->instanceInfo()) ? dynamic_cast<JsNativeObjectImp*>(thisObj.imp()) : nullptr;
     if (!wrapper)
-        return argError(exec, KJS::GeneralError,
-                        QStringLiteral("Wrong this object, expected %1").arg(m_owner->typeName()));
+        return generalError(exec, QStringLiteral("Wrong this object, expected %1").arg(m_owner->typeName()));
     JSScriptContext context;
     context.setJSArguments(exec, args);
     return context.execute(m_function, wrapper->object()) ? context.result() : context.raiseJSException();
