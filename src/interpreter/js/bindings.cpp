@@ -1,4 +1,5 @@
-#include "engine/interpreter.h"
+#include "interpreter/js/bindings.h"
+
 #include "interpreter/js/objects/jsapplications.h"
 #include "interpreter/js/objects/jsconsole.h"
 #include "interpreter/js/objects/jsinputconstants.h"
@@ -7,13 +8,9 @@
 #include "interpreter/js/objects/jstestdata.h"
 #include "interpreter/js/objects/jstestinteraction.h"
 #include "interpreter/js/objects/jstorvixinfo.h"
-#include "interpreter/js/scriptobject/extrafunction.h"
 
 namespace Torvix {
 
-namespace {
-
-/** The global functions in the order in which scripts get them. */
 const JsFunctionRow globalFunctions[] = {
     {"print", jsPrint, 1},
     {"cast", jsCast, 1},
@@ -36,24 +33,17 @@ const JsFunctionRow globalFunctions[] = {
     {nullptr, nullptr, 0},
 };
 
-} // namespace
-
-void ExtraFunctionImp::init(KJS::Interpreter* interpreter, KJS::Object* global)
-{
-    KJS::ExecState* exec = interpreter->globalExec();
-    for (const JsFunctionRow* row = globalFunctions; row->name; ++row)
-        global->put(exec, row->name, new ExtraFunctionImp(row->fn, row->length), KJS::None);
-    global->put(exec, "object", new JsOurObjectImp(exec), KJS::None);
-    global->put(exec, "testData", new JsTestDataImp, KJS::None);
-    global->put(exec, "objectMap", new JsObjectMapImp(exec), KJS::None);
-    global->put(exec, "torvixinfo", new JsTorvixInfoImp(exec), KJS::None);
-    global->put(exec, "testInteraction", new JsTestInteractionImp, KJS::None);
-    // The engine has a hidden one, whose attributes an assignment would keep.
-    global->deleteProperty(exec, "console");
-    global->put(exec, "console", new JsConsoleImp, KJS::None);
-    global->put(exec, "Console", new DeprecatedJsConsoleImp, KJS::None);
-    global->put(exec, "MouseButton", new JsMouseButtonImp, KJS::None);
-    global->put(exec, "Modifier", new JsModifierImp, KJS::None);
-}
+const JsGlobalRow globalObjects[] = {
+    {"object", makeGlobal<JsOurObjectImp>},
+    {"testData", makeGlobal<JsTestDataImp>},
+    {"objectMap", makeGlobal<JsObjectMapImp>},
+    {"torvixinfo", makeGlobal<JsTorvixInfoImp>},
+    {"testInteraction", makeGlobal<JsTestInteractionImp>},
+    {"console", makeGlobal<JsConsoleImp>},
+    {"Console", makeGlobal<DeprecatedJsConsoleImp>},
+    {"MouseButton", makeGlobal<JsMouseButtonImp>},
+    {"Modifier", makeGlobal<JsModifierImp>},
+    {nullptr, nullptr},
+};
 
 } // namespace Torvix

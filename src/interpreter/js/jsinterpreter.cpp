@@ -2,6 +2,7 @@
 
 #include "engine/collector.h"
 #include "engine/function.h"
+#include "interpreter/js/bindings.h"
 #include "interpreter/js/bridge/jsconvert.h"
 #include "interpreter/js/bridge/jsscriptargument.h"
 #include "interpreter/js/context/jsscriptcontext.h"
@@ -12,7 +13,6 @@
 #include "interpreter/js/native/jsnativefunction.h"
 #include "interpreter/js/native/jsnativetype.h"
 #include "interpreter/js/objects/jstest.h"
-#include "interpreter/js/scriptobject/extrafunction.h"
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/object.h"
@@ -97,7 +97,7 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
     initNativeTypes(m_interpreter.get());
     initBindings();
     KJS::Object globalObject = m_interpreter->globalObject();
-    ExtraFunctionImp::init(m_interpreter.get(), &globalObject);
+    ExtraFunctionImp::init(m_interpreter.get(), &globalObject, globalFunctions, globalObjects);
     initNativeAPI();
     auto* debugger = new JsDebugger(this);
     debugger->attach(m_interpreter.get());

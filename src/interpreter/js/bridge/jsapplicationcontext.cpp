@@ -8,52 +8,37 @@ namespace Torvix {
 
 namespace {
 
-using Context = const SharedPtr<ApplicationContext>&;
-
-/** The properties that are computed on each read. */
-struct PropertyRow
+KJS::Value scriptValue(const QString& text)
 {
-    KJS::Identifier name;
-    KJS::Value (*read)(KJS::ExecState*, Context);
-};
-
-const std::vector<PropertyRow>& properties()
+    return KJS::String(text);
+}
+KJS::Value scriptValue(bool truth)
 {
-    static const std::vector<PropertyRow> table = {
-        {"name", [](KJS::ExecState*, Context c) -> KJS::Value { return KJS::String(c->name); }},
-        {"commandLine", [](KJS::ExecState*, Context c) -> KJS::Value { return KJS::String(c->commandLine); }},
-        {"osName",
-         [](KJS::ExecState*, Context c) -> KJS::Value {
-             return KJS::String(applicationRunner()->operatingSystemName(c));
-         }},
-        {"pid",
-         [](KJS::ExecState*, Context c) -> KJS::Value {
-             return KJS::Number(applicationRunner()->processId(c));
-         }},
-        {"cwd",
-         [](KJS::ExecState*, Context c) -> KJS::Value {
-             return KJS::String(applicationRunner()->workingDirectory(c));
-         }},
-        {"host",
-         [](KJS::ExecState*, Context c) -> KJS::Value { return KJS::String(applicationRunner()->host(c)); }},
-        {"port",
-         [](KJS::ExecState*, Context c) -> KJS::Value { return KJS::Number(applicationRunner()->port(c)); }},
-        {"isRunning",
-         [](KJS::ExecState*, Context c) -> KJS::Value {
-             return KJS::Boolean(applicationRunner()->isRunning(c));
-         }},
-        {"startTime",
-         [](KJS::ExecState* exec, Context c) -> KJS::Value { return dateValue(exec, c->startTime); }},
-        {"usedMemory",
-         [](KJS::ExecState*, Context c) -> KJS::Value {
-             return KJS::Number(applicationRunner()->usedMemory(c));
-         }},
-        {"totalTime",
-         [](KJS::ExecState*, Context c) -> KJS::Value {
-             return KJS::Number(applicationRunner()->totalTime(c));
-         }},
-    };
-    return table;
+    return KJS::Boolean(truth);
+}
+template <class Number>
+KJS::Value scriptValue(Number number)
+{
+    return KJS::Number(number);
+}
+
+/** A member of the context as a property. */
+template <auto member>
+KJS::Value readMember(KJS::ExecState*, const JsApplicationContextImp& self)
+{
+    return scriptValue((*self.context()).*member);
+}
+
+/** What the runner knows of the context, asked on each read. */
+template <auto question>
+KJS::Value askRunner(KJS::ExecState*, const JsApplicationContextImp& self)
+{
+    return scriptValue((applicationRunner()->*question)(self.context()));
+}
+
+KJS::Value readStartTime(KJS::ExecState* exec, const JsApplicationContextImp& self)
+{
+    return dateValue(exec, self.context()->startTime);
 }
 
 KJS::Value jsContextToString(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
@@ -135,7 +120,22 @@ RunnerInterface* applicationRunner()
     return current ? current : &none;
 }
 
-const KJS::ClassInfo JsApplicationContextImp::info = {"ApplicationContext", nullptr};
+const KJS::ClassInfo JsApplicationContextImp::info = {"ApplicationContext"};
+
+const JsPropertyRow<JsApplicationContextImp> JsApplicationContextImp::properties[] = {
+    {"name", readMember<&ApplicationContext::name>},
+    {"commandLine", readMember<&ApplicationContext::commandLine>},
+    {"osName", askRunner<&RunnerInterface::operatingSystemName>},
+    {"pid", askRunner<&RunnerInterface::processId>},
+    {"cwd", askRunner<&RunnerInterface::workingDirectory>},
+    {"host", askRunner<&RunnerInterface::host>},
+    {"port", askRunner<&RunnerInterface::port>},
+    {"isRunning", askRunner<&RunnerInterface::isRunning>},
+    {"startTime", readStartTime},
+    {"usedMemory", askRunner<&RunnerInterface::usedMemory>},
+    {"totalTime", askRunner<&RunnerInterface::totalTime>},
+    {nullptr},
+};
 
 JsApplicationContextImp::JsApplicationContextImp(KJS::ExecState*, SharedPtr<ApplicationContext> context)
     : m_context(std::move(context))
@@ -145,21 +145,10 @@ JsApplicationContextImp::JsApplicationContextImp(KJS::ExecState*, SharedPtr<Appl
 
 JsApplicationContextImp::~JsApplicationContextImp() = default;
 
-KJS::Value JsApplicationContextImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
-{
-    for (const PropertyRow& row : properties()) {
-        if (row.name == name)
-            return row.read(exec, m_context);
-    }
-    return ObjectImp::get(exec, name);
-}
-
 SharedPtr<ApplicationContext> unwrapAppContext(const KJS::Value& value)
 {
-    const KJS::Object object = KJS::Object::dynamicCast(value);
-    if (object.inherits(&JsApplicationContextImp::info))
-        return static_cast<JsApplicationContextImp*>(object.imp())->context();
-    return new ApplicationContext;
+    const auto* handle = unwrap<JsApplicationContextImp>(value);
+    return handle ? handle->context() : new ApplicationContext;
 }
 
 } // namespace Torvix

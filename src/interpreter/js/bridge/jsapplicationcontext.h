@@ -1,7 +1,7 @@
 #pragma once
 
 #include "interpreter/base/applicationcontext.h"
-#include "interpreter/js/scriptobject/functiontable.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 #include "shared/base/sharedptr.h"
 
 namespace Torvix {
@@ -12,16 +12,16 @@ class RunnerInterface;
  * A script's handle on one application. A new one is made for each access: two handles of one context
  * are not identical. It has no prototype: intended.
  */
-class JsApplicationContextImp : public KJS::ObjectImp
+class JsApplicationContextImp : public WithProperties<JsApplicationContextImp>
 {
 public:
     static const KJS::ClassInfo info;
+    static const JsPropertyRow<JsApplicationContextImp> properties[];
 
     JsApplicationContextImp(KJS::ExecState* exec, SharedPtr<ApplicationContext> context);
     ~JsApplicationContextImp() override;
 
     const KJS::ClassInfo* classInfo() const override { return &info; }
-    KJS::Value get(KJS::ExecState* exec, const KJS::Identifier& name) const override;
 
     const SharedPtr<ApplicationContext>& context() const { return m_context; }
 

@@ -1,6 +1,6 @@
 #include "interpreter/js/bridge/jstestdatarecord.h"
 
-#include "interpreter/js/scriptobject/jsutils.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
 
@@ -29,10 +29,8 @@ KJS::Object wrapTestDataSet(KJS::ExecState* exec, SharedPtr<TestDataSet> dataSet
 
 const TestDataRecord* unwrapTestDataRecord(const KJS::Value& value)
 {
-    const KJS::Object object = KJS::Object::dynamicCast(value);
-    return object.inherits(&JsTestDataRecordImp::info)
-               ? static_cast<const JsTestDataRecordImp*>(object.imp())->record()
-               : nullptr;
+    const auto* wrapper = unwrap<JsTestDataRecordImp>(value);
+    return wrapper ? wrapper->record() : nullptr;
 }
 
 } // namespace Torvix

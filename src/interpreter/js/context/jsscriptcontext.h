@@ -84,4 +84,11 @@ KJS::Value dispatchGenericScriptFunction(KJS::ExecState* exec, ScriptContext::Fu
 /** The same under the name of the functions that wait and look up. */
 KJS::Value jsScriptContextCall(KJS::ExecState* exec, const KJS::List& args, ScriptContext::Function function);
 
+/** A script function that is nothing but a language-neutral one. */
+template <ScriptContext::Function function>
+KJS::Value passOn(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
+{
+    return jsScriptContextCall(exec, args, function);
+}
+
 } // namespace Torvix

@@ -28,7 +28,7 @@ const JsFunctionRow functions[] = {
 
 } // namespace
 
-JsConsoleImp::JsConsoleImp()
+JsConsoleImp::JsConsoleImp(KJS::ExecState*)
 {
     putFunctions(this, functions);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interpreter/js/scriptobject/functiontable.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
 
@@ -8,13 +8,15 @@ namespace Torvix {
 class JsConsoleImp : public KJS::ObjectImp
 {
 public:
-    JsConsoleImp();
+    explicit JsConsoleImp(KJS::ExecState* exec);
 };
 
 /** `Console`: stays in the global scope only to tell its users of the typo. */
 class DeprecatedJsConsoleImp : public KJS::ObjectImp
 {
 public:
+    explicit DeprecatedJsConsoleImp(KJS::ExecState*) {}
+
     KJS::Value get(KJS::ExecState* exec, const KJS::Identifier& name) const override;
 };
 

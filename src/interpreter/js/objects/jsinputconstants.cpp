@@ -8,7 +8,7 @@ namespace Torvix {
 namespace {
 
 template <class Constants>
-void putConstants(KJS::ObjectImp* object)
+void putValues(KJS::ObjectImp* object)
 {
     for (const auto* value = Constants::values(); *value != -1; ++value)
         putConstant(object, Constants::valueAsString(*value), KJS::Number(int(*value)));
@@ -16,14 +16,14 @@ void putConstants(KJS::ObjectImp* object)
 
 } // namespace
 
-JsMouseButtonImp::JsMouseButtonImp()
+JsMouseButtonImp::JsMouseButtonImp(KJS::ExecState*)
 {
-    putConstants<MouseButton>(this);
+    putValues<MouseButton>(this);
 }
 
-JsModifierImp::JsModifierImp()
+JsModifierImp::JsModifierImp(KJS::ExecState*)
 {
-    putConstants<Modifier>(this);
+    putValues<Modifier>(this);
 }
 
 } // namespace Torvix

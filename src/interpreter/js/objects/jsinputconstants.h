@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interpreter/js/scriptobject/functiontable.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
 
@@ -8,14 +8,14 @@ namespace Torvix {
 class JsMouseButtonImp : public JsFixedObjectImp
 {
 public:
-    JsMouseButtonImp();
+    explicit JsMouseButtonImp(KJS::ExecState* exec);
 };
 
 /** `Modifier`: a constant for each modifier key. It has no prototype: intended. */
 class JsModifierImp : public JsFixedObjectImp
 {
 public:
-    JsModifierImp();
+    explicit JsModifierImp(KJS::ExecState* exec);
 };
 
 } // namespace Torvix

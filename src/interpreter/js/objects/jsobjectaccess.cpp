@@ -17,13 +17,6 @@ namespace Torvix {
 
 namespace {
 
-/** A function that is nothing but a language-neutral one. */
-template <ScriptContext::Function function>
-KJS::Value passOn(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
-{
-    return jsScriptContextCall(exec, args, function);
-}
-
 KJS::Value jsObjectExists(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     QString name;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interpreter/js/scriptobject/functiontable.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
 

@@ -176,7 +176,7 @@ const JsFunctionRow functions[] = {
 
 } // namespace
 
-JsTestDataImp::JsTestDataImp()
+JsTestDataImp::JsTestDataImp(KJS::ExecState*)
 {
     putFunctions(this, functions);
 }

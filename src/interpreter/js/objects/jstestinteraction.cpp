@@ -7,12 +7,6 @@ namespace Torvix {
 
 namespace {
 
-template <ScriptContext::Function function>
-KJS::Value passOn(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
-{
-    return jsScriptContextCall(exec, args, function);
-}
-
 const JsFunctionRow functions[] = {
     {"choice", passOn<TestInteraction::choice>, 1},
     {"isAvailable", passOn<TestInteraction::isAvailable>, 0},
@@ -26,24 +20,17 @@ const JsFunctionRow functions[] = {
     {nullptr, nullptr, 0},
 };
 
-struct Constant
-{
-    const char* name;
-    int value;
-};
-
-constexpr Constant constants[] = {
+const JsConstantRow constants[] = {
     {"None", TestInteraction::None}, {"Ok", TestInteraction::Ok}, {"Cancel", TestInteraction::Cancel},
-    {"Yes", TestInteraction::Yes},   {"No", TestInteraction::No},
+    {"Yes", TestInteraction::Yes},   {"No", TestInteraction::No}, {nullptr, 0},
 };
 
 } // namespace
 
-JsTestInteractionImp::JsTestInteractionImp()
+JsTestInteractionImp::JsTestInteractionImp(KJS::ExecState*)
 {
     putFunctions(this, functions);
-    for (const Constant& constant : constants)
-        putConstant(this, constant.name, KJS::Number(constant.value));
+    putConstants(this, constants);
 }
 
 } // namespace Torvix

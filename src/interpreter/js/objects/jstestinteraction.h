@@ -1,6 +1,6 @@
 #pragma once
 
-#include "interpreter/js/scriptobject/functiontable.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
 
@@ -8,7 +8,7 @@ namespace Torvix {
 class JsTestInteractionImp : public JsFixedObjectImp
 {
 public:
-    JsTestInteractionImp();
+    explicit JsTestInteractionImp(KJS::ExecState* exec);
 };
 
 } // namespace Torvix

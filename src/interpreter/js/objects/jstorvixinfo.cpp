@@ -27,17 +27,42 @@ QString withNativeSeparators(QString path)
     return path.replace(QLatin1Char('/'), QDir::separator());
 }
 
+using Environment = RunnerInterface::TestEnvironment;
+
 /** The folder of the test case's script. */
-QString testCaseFolder(const RunnerInterface::TestEnvironment& environment)
+QString testCaseFolder(const Environment& environment)
 {
     const QString script = QDir::cleanPath(environment.testCase);
     return withNativeSeparators(script.left(script.lastIndexOf(QLatin1Char('/'))));
 }
+QString testCaseName(const Environment& environment)
+{
+    return environment.testCaseName;
+}
+QString testSuiteName(const Environment& environment)
+{
+    return environment.testSuiteName;
+}
+
+/** A property that tells of the test under way; while there is none it is like any other. */
+template <QString (*answer)(const Environment&)>
+KJS::Value readOfTest(KJS::ExecState*, const JsTorvixInfoImp&)
+{
+    const Environment environment = testEnvironment();
+    return environment.testCase.isEmpty() ? KJS::Value() : KJS::String(answer(environment));
+}
 
 } // namespace
 
+const JsPropertyRow<JsTorvixInfoImp> JsTorvixInfoImp::properties[] = {
+    {"testCase", readOfTest<testCaseFolder>},
+    {"testCaseName", readOfTest<testCaseName>},
+    {"testSuiteName", readOfTest<testSuiteName>},
+    {nullptr},
+};
+
 JsTorvixInfoImp::JsTorvixInfoImp(KJS::ExecState* exec)
-    : JsFixedObjectImp(exec->interpreter()->builtinObjectPrototype())
+    : WithProperties(exec->interpreter()->builtinObjectPrototype())
 {
     const RunnerInterface::TestEnvironment environment = testEnvironment();
     putConstant(this, "version", KJS::Number(versionNumber));
@@ -51,20 +76,6 @@ JsTorvixInfoImp::JsTorvixInfoImp(KJS::ExecState* exec)
     putConstant(this, "defaultDevice", KJS::String(environment.defaultDevice));
     putConstant(this, "testCase", KJS::String(environment.testCase));
     putConstant(this, "resultDir", KJS::String(withNativeSeparators(QDir::cleanPath(environment.resultDir))));
-}
-
-KJS::Value JsTorvixInfoImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
-{
-    const bool isComputed = name == "testCase" || name == "testCaseName" || name == "testSuiteName";
-    if (isComputed) {
-        const RunnerInterface::TestEnvironment environment = testEnvironment();
-        if (!environment.testCase.isEmpty()) {
-            if (name == "testCase")
-                return KJS::String(testCaseFolder(environment));
-            return KJS::String(name == "testCaseName" ? environment.testCaseName : environment.testSuiteName);
-        }
-    }
-    return ObjectImp::get(exec, name);
 }
 
 } // namespace Torvix

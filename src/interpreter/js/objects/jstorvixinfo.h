@@ -1,16 +1,16 @@
 #pragma once
 
-#include "interpreter/js/scriptobject/functiontable.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
 
 /** `torvixinfo`: the version of the script API and what the runner knows of the test under way. */
-class JsTorvixInfoImp : public JsFixedObjectImp
+class JsTorvixInfoImp : public WithProperties<JsTorvixInfoImp, JsFixedObjectImp>
 {
 public:
-    explicit JsTorvixInfoImp(KJS::ExecState* exec);
+    static const JsPropertyRow<JsTorvixInfoImp> properties[];
 
-    KJS::Value get(KJS::ExecState* exec, const KJS::Identifier& name) const override;
+    explicit JsTorvixInfoImp(KJS::ExecState* exec);
 };
 
 } // namespace Torvix

@@ -1,12 +1,28 @@
 #include "interpreter/js/scriptobject/extrafunction.h"
 
+#include "engine/interpreter.h"
 #include "engine/list.h"
+#include "interpreter/js/scriptobject/scriptobject.h"
 
 namespace Torvix {
+
+void putFunctions(KJS::ObjectImp* object, const JsFunctionRow* rows)
+{
+    for (const JsFunctionRow* row = rows; row->name; ++row)
+        object->putDirect(row->name, new ExtraFunctionImp(row->fn, row->length), KJS::None);
+}
 
 ExtraFunctionImp::ExtraFunctionImp(JsNativeCode fn, int length) : m_fn(fn)
 {
     putDirect("length", KJS::Number(length), KJS::ReadOnly | KJS::DontEnum | KJS::DontDelete);
+}
+
+void ExtraFunctionImp::init(KJS::Interpreter* interpreter, KJS::Object* global,
+                            const JsFunctionRow* functions, const JsGlobalRow* objects)
+{
+    putFunctions(global->imp(), functions);
+    for (const JsGlobalRow* row = objects; row->name; ++row)
+        global->putDirect(row->name, row->make(interpreter->globalExec()), KJS::None);
 }
 
 KJS::Value ExtraFunctionImp::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)

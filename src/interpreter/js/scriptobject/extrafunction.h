@@ -8,6 +8,8 @@ class Interpreter;
 
 namespace Torvix {
 
+struct JsGlobalRow;
+
 /** A plain native function as the engine calls it. */
 using JsNativeCode = KJS::Value (*)(KJS::ExecState*, KJS::Object&, const KJS::List&);
 
@@ -18,6 +20,9 @@ struct JsFunctionRow
     JsNativeCode fn;
     int length;
 };
+
+/** Puts a function for each row on an object, attributes 0. */
+void putFunctions(KJS::ObjectImp* object, const JsFunctionRow* rows);
 
 /**
  * The script object behind a plain native function.
@@ -30,8 +35,10 @@ public:
     /** `length` is the function's property of that name. */
     ExtraFunctionImp(JsNativeCode fn, int length);
 
-    /** Fills the global object with the script API, in its fixed order. */
-    static void init(KJS::Interpreter* interpreter, KJS::Object* global);
+    /** Fills the global object with these functions and then these objects, in the order of the tables,
+     *  whatever the engine has under their names. */
+    static void init(KJS::Interpreter* interpreter, KJS::Object* global, const JsFunctionRow* functions,
+                     const JsGlobalRow* objects);
 
     bool implementsCall() const override { return true; }
     KJS::Value call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args) override;

@@ -19,6 +19,13 @@ void raiseJSException(KJS::ExecState* exec, KJS::ErrorType type, const QString& 
     argError(exec, type, message);
 }
 
+bool hasArguments(KJS::ExecState* exec, const KJS::List& args, int count, const char* usage)
+{
+    if (args.size() != count)
+        syntaxError(exec, usage);
+    return args.size() == count;
+}
+
 KJS::Object emptyArray(KJS::ExecState* exec)
 {
     return exec->interpreter()->builtinArray().construct(exec, KJS::List::empty());

@@ -40,6 +40,9 @@ inline KJS::Value typeError(KJS::ExecState* exec, const QString& message)
     return argError(exec, KJS::TypeError, message);
 }
 
+/** Whether there are that many arguments; otherwise a SyntaxError of that text is set. */
+bool hasArguments(KJS::ExecState* exec, const KJS::List& args, int count, const char* usage);
+
 /** A new script array without elements. */
 KJS::Object emptyArray(KJS::ExecState* exec);
 /** A new script array of strings in the list's order. */
