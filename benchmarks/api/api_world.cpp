@@ -52,9 +52,11 @@ void ApiWorld::startTarget()
     if (!m_application)
         qFatal("%s", qPrintable(error));
     Inspector::self()->setCurrent(Inspector::self()->addApplication(m_application->takeLink()));
-    m_control = Inspector::self()->findObject(QStringLiteral("{name='control'}"));
-    if (!m_control)
-        qFatal("%s", qPrintable(Inspector::self()->lastError()));
+    const Result<SharedPtr<Object>> control =
+        Inspector::self()->findObject(QStringLiteral("{name='control'}"));
+    if (!control)
+        qFatal("%s", qPrintable(control.error()));
+    m_control = *control;
 }
 
 void ApiWorld::run(const QString& code)
@@ -89,6 +91,8 @@ const SharedPtr<Object>& ApiWorld::control()
 void ApiWorld::callControl(const char* method, const ObjectList& arguments)
 {
     const QVector<const Method*> found = m_control->objectClass()->methods(QLatin1String(method));
-    if (found.isEmpty() || !found.first()->invoke(m_control, arguments))
-        qFatal("%s() failed: %s", method, qPrintable(Inspector::self()->lastError()));
+    if (found.isEmpty())
+        qFatal("there is no %s()", method);
+    if (const auto called = found.first()->invoke(m_control, arguments); !called)
+        qFatal("%s() failed: %s", method, qPrintable(called.error()));
 }

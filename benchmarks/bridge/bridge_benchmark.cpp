@@ -63,9 +63,11 @@ struct World
     {
         Inspector::self()->addApplication(makeModel());
         interpreter = std::make_unique<JsInterpreter>(&runner);
-        shape = Inspector::self()->findObject(QStringLiteral("{name='first'}"));
-        if (!shape)
-            qFatal("%s", qPrintable(Inspector::self()->lastError()));
+        const Result<SharedPtr<Object>> found =
+            Inspector::self()->findObject(QStringLiteral("{name='first'}"));
+        if (!found)
+            qFatal("%s", qPrintable(found.error()));
+        shape = *found;
         KJS::ExecState* exec = interpreter->getGlobalExecState();
         KJS::Object global = exec->interpreter()->globalObject();
         global.put(exec, "shape", jsWrap(exec, shape));

@@ -55,13 +55,8 @@ bool ApplicationModel::describe(const Class* described)
 {
     ClassById request;
     request.id = described->id();
-    ClassReply reply;
-    if (!call(request, &reply))
-        return false;
-    adopt(reply);
-    if (!described->isInitialized())
-        Inspector::self()->setLastError(
-            QStringLiteral("The application does not describe the class %1").arg(described->id()));
+    if (const Result<ClassReply> reply = call(request))
+        adopt(*reply);
     return described->isInitialized();
 }
 
@@ -74,13 +69,10 @@ const Class* ApplicationModel::classById(int id)
         return known->second.get();
     ClassById request;
     request.id = id;
-    ClassReply reply;
-    if (id < FirstAgentClass || !call(request, &reply))
+    if (id < FirstAgentClass)
         return nullptr;
-    const Class* found = adopt(reply);
-    if (!found)
-        Inspector::self()->setLastError(QStringLiteral("There is no class with the id %1").arg(id));
-    return found;
+    const Result<ClassReply> reply = call(request);
+    return reply ? adopt(*reply) : nullptr;
 }
 
 const Class* ApplicationModel::classByName(const QString& name)
@@ -88,12 +80,14 @@ const Class* ApplicationModel::classByName(const QString& name)
     if (const Class* known = m_classesByName.value(name))
         return known;
     takeNews();
+    if (!m_alive || name.isEmpty() || m_unknownClasses.contains(name))
+        return nullptr;
     ClassByName request;
     request.name = name;
-    ClassReply reply;
-    if (!m_alive || name.isEmpty() || m_unknownClasses.contains(name) || !call(request, &reply))
+    const Result<ClassReply> reply = call(request);
+    if (!reply)
         return nullptr;
-    const Class* found = adopt(reply);
+    const Class* found = adopt(*reply);
     if (!found)
         m_unknownClasses.insert(name);
     return found;
@@ -112,12 +106,14 @@ const Namespace* ApplicationModel::namespaceByName(const QString& name)
     if (known != m_namespaces.end())
         return known->second.get();
     takeNews();
+    if (!m_alive || m_unknownNamespaces.contains(name))
+        return nullptr;
     NamespaceByName request;
     request.name = name;
-    NamespaceReply reply;
-    if (!m_alive || m_unknownNamespaces.contains(name) || !call(request, &reply))
+    const Result<NamespaceReply> reply = call(request);
+    if (!reply)
         return nullptr;
-    if (!reply.found) {
+    if (!reply->found) {
         m_unknownNamespaces.insert(name);
         return nullptr;
     }
@@ -129,10 +125,11 @@ const Namespace* ApplicationModel::namespaceByName(const QString& name)
 
 const Class* ApplicationModel::globalClass()
 {
-    ClassReply reply;
-    if (!m_globalClassAsked && m_alive && call(GlobalClass(), &reply)) {
+    if (m_globalClassAsked || !m_alive)
+        return m_globalClass;
+    if (const Result<ClassReply> reply = call(GlobalClass())) {
         m_globalClassAsked = true;
-        m_globalClass = adopt(reply);
+        m_globalClass = adopt(*reply);
     }
     return m_globalClass;
 }

@@ -83,36 +83,30 @@ void ApplicationModel::noticeEnd()
 
 // -- calls
 
-bool ApplicationModel::exchange(RequestNumber number, const QByteArray& body, int extraMs, QByteArray* reply)
+Result<QByteArray> ApplicationModel::exchange(RequestNumber number, const QByteArray& body, int extraMs)
 {
-    Inspector* inspector = Inspector::self();
-    inspector->setLastError(QString());
-    m_lastLinkError = LinkError();
     noticeEnd();
-    if (!m_alive) {
-        m_lastLinkError.kind = LinkError::Closed;
-        inspector->setLastError(QStringLiteral("The application has ended: %1").arg(m_endReason));
-        return false;
-    }
+    if (!m_alive)
+        return ended();
     flushReleases();
-    LinkError error;
-    const bool answered = m_link->exchange(number, body, m_callTimeoutMs + extraMs, reply, &error);
+    const Result<QByteArray, LinkError> reply = m_link->exchange(number, body, m_callTimeoutMs + extraMs);
     noticeEnd();
     deliver();
-    m_lastLinkError = error;
-    if (!answered)
-        inspector->setLastError(error.text);
-    return answered;
+    if (!reply)
+        return Failure{reply.error()};
+    return *reply;
 }
 
-bool ApplicationModel::accept(bool decoded)
+Failure ApplicationModel::unreadable()
 {
-    if (!decoded) {
-        m_link->close(QStringLiteral("the application's agent sent an answer that cannot be read"));
-        noticeEnd();
-        Inspector::self()->setLastError(QStringLiteral("The application has ended: %1").arg(m_endReason));
-    }
-    return decoded;
+    m_link->close(QStringLiteral("the application's agent sent an answer that cannot be read"));
+    noticeEnd();
+    return ended();
+}
+
+Failure ApplicationModel::ended() const
+{
+    return {QStringLiteral("The application has ended: %1").arg(m_endReason)};
 }
 
 void ApplicationModel::flushReleases()
@@ -220,7 +214,7 @@ void ApplicationModel::takePush(const Frame& frame)
             deliver();
         return;
     }
-    accept(false);
+    unreadable();
 }
 
 void ApplicationModel::deliver()
@@ -228,7 +222,6 @@ void ApplicationModel::deliver()
     if (m_delivering || m_quiet > 0)
         return;
     const QScopedValueRollback<bool> delivering(m_delivering, true);
-    const QString callersError = Inspector::self()->lastError();
     while (!m_events.empty()) {
         const Frame frame = m_events.front();
         m_events.pop_front();
@@ -239,7 +232,6 @@ void ApplicationModel::deliver()
         if (m_listener)
             m_listener->applicationEnded(this, m_endReason);
     }
-    Inspector::self()->setLastError(callersError);
 }
 
 void ApplicationModel::deliverOne(const Frame& frame)
@@ -303,66 +295,63 @@ SharedPtr<Object> ApplicationModel::makeObject(const Value& value)
     }
 }
 
-bool ApplicationModel::toWire(const SharedPtr<Object>& object, Value* value)
+Result<Value> ApplicationModel::toWire(const SharedPtr<Object>& object)
 {
-    if (!object) {
-        Inspector::self()->setLastError(QStringLiteral("A value is missing"));
-        return false;
-    }
+    if (!object)
+        return Failure{QStringLiteral("A value is missing")};
     switch (object->value().kind) {
     case Value::Kind::Array: {
         QVector<Value> elements;
-        for (const SharedPtr<Object>& element : object->elements()) {
-            elements.append(Value());
-            if (!toWire(element, &elements.last()))
-                return false;
+        for (const SharedPtr<Object>& each : object->elements()) {
+            const Result<Value> element = toWire(each);
+            if (!element)
+                return element;
+            elements.append(*element);
         }
-        *value = Value::ofArray(elements);
-        return true;
+        return Value::ofArray(elements);
     }
     case Value::Kind::Map: {
         QMap<QString, Value> entries;
         const ObjectEntries theirs = object->entries();
-        for (auto it = theirs.begin(); it != theirs.end(); ++it)
-            if (!toWire(it.value(), &entries[it.key()]))
-                return false;
-        *value = Value::ofMap(entries);
-        return true;
+        for (auto it = theirs.begin(); it != theirs.end(); ++it) {
+            const Result<Value> entry = toWire(it.value());
+            if (!entry)
+                return entry;
+            entries.insert(it.key(), *entry);
+        }
+        return Value::ofMap(entries);
     }
-    case Value::Kind::Object: {
-        qint64 id = 0;
-        *value = object->value();
-        return remoteId(object, &id);
-    }
+    case Value::Kind::Object:
+        return remoteId(object).then([&object](qint64) { return object->value(); });
     default:
-        *value = object->value();
-        return true;
+        return object->value();
     }
 }
 
-bool ApplicationModel::remoteId(const SharedPtr<Object>& object, qint64* id)
+Result<qint64> ApplicationModel::remoteId(const SharedPtr<Object>& object)
 {
-    *id = 0;
     if (!object || object->isNull())
-        return true;
-    Inspector* inspector = Inspector::self();
-    if (!object->m_handle) {
-        inspector->setLastError(
-            QStringLiteral("A %1 is a value, not an object of the application").arg(object->className()));
-        return false;
-    }
-    if (object->m_handle->application() != this) {
-        inspector->setLastError(
-            QStringLiteral("The %1 belongs to another application").arg(object->className()));
-        return false;
-    }
-    if (object->isInvalidated()) {
-        inspector->setLastError(m_alive ? QStringLiteral("The %1 has been destroyed").arg(object->className())
-                                        : QStringLiteral("The application has ended: %1").arg(m_endReason));
-        return false;
-    }
-    *id = object->m_handle->id();
-    return true;
+        return 0;
+    if (!object->m_handle)
+        return Failure{
+            QStringLiteral("A %1 is a value, not an object of the application").arg(object->className())};
+    if (object->m_handle->application() != this)
+        return Failure{QStringLiteral("The %1 belongs to another application").arg(object->className())};
+    if (object->isInvalidated())
+        return m_alive ? Failure{QStringLiteral("The %1 has been destroyed").arg(object->className())}
+                       : ended();
+    return object->m_handle->id();
+}
+
+Result<SharedPtr<Object>> ApplicationModel::convert(const SharedPtr<Object>& object, const Class* target)
+{
+    const Result<Value> value = toWire(object);
+    if (!value)
+        return value.failure();
+    Convert request;
+    request.classId = target->id();
+    request.value = *value;
+    return call(request).then([this](const ValueReply& reply) { return makeObject(reply.value); });
 }
 
 } // namespace Torvix

@@ -68,28 +68,24 @@ public:
     int callTimeout() const { return m_callTimeoutMs; }
 
     /**
-     * One request (protocol/message.h lists them). False on failure, with the inspector's last error set.
-     * Events for the listener that arrive meanwhile are delivered before it returns.
+     * One request (protocol/message.h lists them). Events for the listener that arrive meanwhile are
+     * delivered before it returns.
      * @param extraMs added to the call timeout, for requests that wait in the application
      */
     template <class Request>
-    bool call(const Request& request, typename Request::Reply* reply, int extraMs = 0)
+    Result<typename Request::Reply> call(const Request& request, int extraMs = 0)
     {
-        QByteArray body;
-        return exchange(Request::number, Protocol::encode(request), extraMs, &body) &&
-               accept(Protocol::decode(body, reply));
-    }
-    template <class Request>
-    bool call(const Request& request)
-    {
-        typename Request::Reply ignored;
-        return call(request, &ignored);
+        const Result<QByteArray> body = exchange(Request::number, Protocol::encode(request), extraMs);
+        if (!body)
+            return body.failure();
+        typename Request::Reply reply;
+        if (!Protocol::decode(*body, &reply))
+            return unreadable();
+        return reply;
     }
 
-    /** The kind of the last failed call's error; None after a success. */
-    LinkError lastLinkError() const { return m_lastLinkError; }
-
-    /** Null for an unknown id, with the last error set. A built-in code gives the built-in type. */
+    /** Null for an unknown id, and when the application does not say. A built-in code gives the built-in
+     *  type. */
     const Class* classById(int id);
     /** Null when there is none (no error). A miss is remembered for a second, or until an object of a
      *  class appears that was not known. */
@@ -99,15 +95,17 @@ public:
     const Namespace* globalNamespace();
     /** The class, whether fetched or not. */
     const Class* linkClass(const Protocol::ClassLink& link);
-    /** Fetches the description of a class. */
+    /** Fetches the description of a class; false when the application does not give it. */
     bool describe(const Class* described);
 
     SharedPtr<Object> makeObject(const Protocol::ObjectRef& ref);
     SharedPtr<Object> makeObject(const Protocol::Value& value);
     /** Fails for an object of another application, and for one that is invalidated. */
-    bool toWire(const SharedPtr<Object>& object, Protocol::Value* value);
+    Result<Protocol::Value> toWire(const SharedPtr<Object>& object);
     /** The id for a call on it, 0 for null. Fails like toWire. */
-    bool remoteId(const SharedPtr<Object>& object, qint64* id);
+    Result<qint64> remoteId(const SharedPtr<Object>& object);
+    /** The value as one of that class, as the application converts it. */
+    Result<SharedPtr<Object>> convert(const SharedPtr<Object>& object, const Class* target);
 
     /** Takes in what has arrived, without waiting and without calling the listener. */
     void takeNews();
@@ -124,8 +122,9 @@ private:
     friend class ObjectHandle;
     friend class Object;
 
-    bool exchange(Protocol::RequestNumber number, const QByteArray& body, int extraMs, QByteArray* reply);
-    bool accept(bool decoded);
+    Result<QByteArray> exchange(Protocol::RequestNumber number, const QByteArray& body, int extraMs);
+    Failure unreadable();
+    Failure ended() const;
     void takePush(const Protocol::Frame& frame);
     void takeLateReply(const Protocol::Frame& frame);
     void deliver();
@@ -155,7 +154,6 @@ private:
     QString m_endReason;
     bool m_saidGoodbye = false;
     int m_callTimeoutMs = 60000;
-    LinkError m_lastLinkError;
     InspectorListener* m_listener = nullptr;
 
     std::map<int, std::unique_ptr<Class>> m_classes;

@@ -100,9 +100,9 @@ public:
      */
     virtual bool canConvertTo(const Class* target, bool sourceIndirect, bool targetIndirect, int depth) const;
 
-    /** Null on failure, last error set. The object itself when nothing is to be done. */
-    virtual SharedPtr<Object> convertObject(const SharedPtr<Object>& object, const Class* target,
-                                            bool indirect) const;
+    /** The object itself when nothing is to be done. */
+    virtual Result<SharedPtr<Object>> convertObject(const SharedPtr<Object>& object, const Class* target,
+                                                    bool indirect) const;
 
     /** A null pointer of this class. */
     SharedPtr<Object> createNull() const;

@@ -12,8 +12,8 @@ public:
 
     const Signature& signature() const { return m_signature; }
 
-    /** A new object in the application; null on failure, last error set. */
-    SharedPtr<Object> construct(const ObjectList& arguments) const;
+    /** A new object in the application. */
+    Result<SharedPtr<Object>> construct(const ObjectList& arguments) const;
 
 private:
     Signature m_signature;

@@ -32,14 +32,12 @@ SharedPtr<Object> convertBuiltin(const SharedPtr<Object>& object, int target)
     }
 }
 
-SharedPtr<Object> objectByName(const QString& name, const Class* target)
+Result<SharedPtr<Object>> objectByName(const QString& name, const Class* target)
 {
-    const SharedPtr<Object> found = Inspector::self()->findObject(name);
+    const Result<SharedPtr<Object>> found = Inspector::self()->findObject(name);
     if (!found || found->objectClass()->inheritanceDepth(target) >= 0)
         return found;
-    Inspector::self()->setLastError(
-        QStringLiteral("%1 names a %2, not a %3").arg(name, found->className(), target->name()));
-    return nullptr;
+    return Failure{QStringLiteral("%1 names a %2, not a %3").arg(name, found->className(), target->name())};
 }
 
 /** The application that both are of; a value that lives here is of any. */
@@ -83,21 +81,18 @@ bool Class::canConvertTo(const Class* target, bool sourceIndirect, bool targetIn
     return members().convertibleTo.contains(target->m_id) || target->members().convertibleFrom.contains(m_id);
 }
 
-SharedPtr<Object> Class::convertObject(const SharedPtr<Object>& object, const Class* target,
-                                       bool indirect) const
+Result<SharedPtr<Object>> Class::convertObject(const SharedPtr<Object>& object, const Class* target,
+                                               bool indirect) const
 {
-    Inspector* inspector = Inspector::self();
     if (!object || !target)
-        return nullptr;
+        return Failure{QStringLiteral("A value is missing")};
     if (inheritanceDepth(target) >= 0)
         return object;
     if (object->isNull() && target->isIdentity() && target->inheritanceDepth(this) >= 0)
         return target->createNull();
     const bool sourceIndirect = object->objectAttribute().isIndirect();
-    if (!canConvertTo(target, sourceIndirect, indirect, 0)) {
-        inspector->setLastError(QStringLiteral("A %1 cannot be converted to %2").arg(name(), target->name()));
-        return nullptr;
-    }
+    if (!canConvertTo(target, sourceIndirect, indirect, 0))
+        return Failure{QStringLiteral("A %1 cannot be converted to %2").arg(name(), target->name())};
     if (isNumber() || m_id == Protocol::BoolClass)
         if (SharedPtr<Object> converted = convertBuiltin(object, target->m_id))
             return converted;
@@ -106,12 +101,9 @@ SharedPtr<Object> Class::convertObject(const SharedPtr<Object>& object, const Cl
     if (m_id == Protocol::StringClass && target->isIdentity())
         return objectByName(object->toString(), target);
     ApplicationModel* application = applicationOf(object, target);
-    Protocol::Convert request;
-    request.classId = target->m_id;
-    Protocol::ValueReply reply;
-    if (!application || !application->toWire(object, &request.value) || !application->call(request, &reply))
-        return nullptr;
-    return application->makeObject(reply.value);
+    if (!application)
+        return Inspector::noApplication();
+    return application->convert(object, target);
 }
 
 } // namespace Torvix

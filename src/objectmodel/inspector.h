@@ -46,8 +46,7 @@ public:
  *
  * Names in arguments are in text form: a symbolic name of ObjectMap::self(), or a real name.
  *
- * Errors: an operation that fails gives null, false or an empty value, and lastError() tells why.
- * Each operation that reaches an application clears it first.
+ * An operation that can fail gives a Result, which carries why.
  */
 class TORVIXOBJECTMODEL_EXPORT Inspector
 {
@@ -55,9 +54,12 @@ public:
     /** Never null. */
     static Inspector* self();
 
-    // -- errors
+    // -- the last error, for those who get no Result across the runner's interface or a script's call
+    /** The text of the last failure that was noted; possibly empty. */
     QString lastError() const { return m_lastError; }
     void setLastError(const QString& text) { m_lastError = text; }
+    /** Keeps a failure as the last error; the only place that does. True when there was none. */
+    bool note(const Result<void>& result);
 
     // -- applications
     /** The new context becomes the current one when there is none yet. */
@@ -111,11 +113,11 @@ public:
     SharedPtr<Object> createNull(const Class* type) const;
 
     // -- objects of the current application
-    /** The first match; null with the nearest miss as last error. Does not wait. */
-    SharedPtr<Object> findObject(const QString& name);
-    SharedPtr<Object> findObject(const ObjectName& name);
-    /** All matches; an empty list without an error when there is none. */
-    ObjectList findAllObjects(const QString& name);
+    /** The first match; a failure tells the nearest miss. Does not wait. */
+    Result<SharedPtr<Object>> findObject(const QString& name);
+    Result<SharedPtr<Object>> findObject(const ObjectName& name);
+    /** All matches; that there is none is no failure. */
+    Result<ObjectList> findAllObjects(const QString& name);
 
     struct WaitResult
     {
@@ -123,11 +125,10 @@ public:
         SharedPtr<Object> object;
         /** Protocol::WaitCondition bits that failed; 0 for success. */
         quint32 failed = 0;
+        /** Which conditions failed, and why. */
+        QString error;
     };
-    /**
-     * Waits in the application until all conditions hold, and ends within milliseconds of it. At the
-     * timeout the last error says which conditions failed, and why.
-     */
+    /** Waits in the application until all conditions hold, and ends within milliseconds of it. */
     WaitResult waitForObject(const QString& name, int timeoutMs, quint32 conditions = Protocol::WaitReady);
     /** The same for an object that was found before: it may have got another name meanwhile. */
     WaitResult waitForObject(const SharedPtr<Object>& object, int timeoutMs,
@@ -139,60 +140,61 @@ public:
     WaitResult waitForItem(const SharedPtr<Object>& container, const QString& itemPath, int timeoutMs);
     WaitResult waitForItem(const SharedPtr<Object>& container, int row, int column, int timeoutMs);
 
-    ObjectList children(const SharedPtr<Object>& object);
-    /** Null without an error for a top-level object. */
-    SharedPtr<Object> parent(const SharedPtr<Object>& object);
-    ObjectList topLevelObjects();
-    /** The topmost widget at a global position; null without an error when there is none. */
-    SharedPtr<Object> objectAt(int x, int y);
-    /** In device-independent pixels of the screen; invalid on failure. */
-    QRect globalBounds(const SharedPtr<Object>& object);
+    Result<ObjectList> children(const SharedPtr<Object>& object);
+    /** Null for a top-level object. */
+    Result<SharedPtr<Object>> parent(const SharedPtr<Object>& object);
+    Result<ObjectList> topLevelObjects();
+    /** The topmost widget at a global position; null when there is none. */
+    Result<SharedPtr<Object>> objectAt(int x, int y);
+    /** In device-independent pixels of the screen. */
+    Result<QRect> globalBounds(const SharedPtr<Object>& object);
     /**
-     * A PNG file in the pixels of the device (see Protocol::pixelRatioKey); empty on failure. The
-     * object may be null for the whole screen.
+     * A PNG file in the pixels of the device (see Protocol::pixelRatioKey). The object may be null for
+     * the whole screen.
      */
-    QByteArray grabScreenshot(const SharedPtr<Object>& object,
-                              Protocol::ScreenshotArea area = Protocol::ScreenshotArea::Object);
-    bool highlight(const SharedPtr<Object>& object, int durationMs);
+    Result<QByteArray> grabScreenshot(const SharedPtr<Object>& object,
+                                      Protocol::ScreenshotArea area = Protocol::ScreenshotArea::Object);
+    Result<void> highlight(const SharedPtr<Object>& object, int durationMs);
     /** While on, the next click picks an object: InspectorListener::picked. */
-    bool setPicking(bool on);
+    Result<void> setPicking(bool on);
     /** While on, InspectorListener::eventCaptured hears of what the user does. */
-    bool setRecording(bool on);
+    Result<void> setRecording(bool on);
 
     // -- events
-    bool installEventHandler(const QString& eventName, const QString& handler);
-    bool installEventHandler(const SharedPtr<Object>& object, const QString& eventName,
-                             const QString& handler);
-    bool installEventHandler(const QString& typeName, const QString& eventName, const QString& handler);
-    bool uninstallEventHandler(const QString& eventName, const QString& handler);
-    bool uninstallEventHandler(const SharedPtr<Object>& object, const QString& eventName,
-                               const QString& handler);
-    bool uninstallEventHandler(const QString& typeName, const QString& eventName, const QString& handler);
+    Result<void> installEventHandler(const QString& eventName, const QString& handler);
+    Result<void> installEventHandler(const SharedPtr<Object>& object, const QString& eventName,
+                                     const QString& handler);
+    Result<void> installEventHandler(const QString& typeName, const QString& eventName,
+                                     const QString& handler);
+    Result<void> uninstallEventHandler(const QString& eventName, const QString& handler);
+    Result<void> uninstallEventHandler(const SharedPtr<Object>& object, const QString& eventName,
+                                       const QString& handler);
+    Result<void> uninstallEventHandler(const QString& typeName, const QString& eventName,
+                                       const QString& handler);
     /** The parameters are those of the event class's constructor. */
-    bool sendEvent(const Class* eventClass, const SharedPtr<Object>& target, const ObjectList& parameters);
+    Result<void> sendEvent(const Class* eventClass, const SharedPtr<Object>& target,
+                           const ObjectList& parameters);
     /** The flags are Protocol::MouseActionFlag bits: what is given. */
-    bool mouseAction(Protocol::MouseActionKind kind, const SharedPtr<Object>& object, quint32 flags, int x,
-                     int y, int button, int modifiers);
+    Result<void> mouseAction(Protocol::MouseActionKind kind, const SharedPtr<Object>& object, quint32 flags,
+                             int x, int y, int button, int modifiers);
 
     // -- the rest
-    /** A function of the agent by name; an invalid QVariant on failure or without a result. */
-    QVariant remoteCall(const QString& function, const QVariantList& arguments);
-    /** Null string on failure. */
-    QString environmentVariable(const QString& name);
-    /** False when the application does not answer in time; the last error tells why. */
-    bool ping(ApplicationModel* application, int timeoutMs);
+    /** A function of the agent by name; an invalid QVariant when it has no result. */
+    Result<QVariant> remoteCall(const QString& function, const QVariantList& arguments);
+    /** Of the application's process; empty when it is not set. */
+    Result<QString> environmentVariable(const QString& name);
+    /** Fails when the application does not answer in time. */
+    Result<void> ping(ApplicationModel* application, int timeoutMs);
+
+    /** What every operation that needs an application says without one. */
+    static Failure noApplication();
 
 private:
     Inspector();
     ~Inspector();
 
     struct Builtins;
-    ApplicationModel* need();
-    bool conditionsOf(const QString& name, Protocol::NameConditions* conditions);
-    template <class Request>
-    bool changeHandler(Request request, const SharedPtr<Object>& object);
-    WaitResult finishWait(bool answered, const QString& what, int timeoutMs,
-                          const Protocol::WaitReply& reply);
+    WaitResult finishWait(const Result<Protocol::WaitReply>& reply, const QString& what, int timeoutMs);
     WaitResult waitForItem(const SharedPtr<Object>& container, Protocol::FindItem request,
                            const QString& what);
 

@@ -9,16 +9,62 @@ namespace Torvix {
 
 using namespace Protocol;
 
-ApplicationModel* Inspector::need()
+bool Inspector::note(const Result<void>& result)
 {
-    if (!m_current)
-        m_lastError = QStringLiteral("No application is connected: start one or attach to one first");
-    return m_current;
+    if (!result)
+        m_lastError = result.error();
+    return bool(result);
+}
+
+Failure Inspector::noApplication()
+{
+    return {QStringLiteral("No application is connected: start one or attach to one first")};
+}
+
+namespace {
+
+template <class Request>
+Result<typename Request::Reply> ask(ApplicationModel* application, const Request& request, int extraMs = 0)
+{
+    if (!application)
+        return Inspector::noApplication();
+    return application->call(request, extraMs);
+}
+
+/** A request about an object, which is null for the whole application. */
+template <class Request>
+Result<typename Request::Reply> askAbout(const SharedPtr<Object>& object, ApplicationModel* application,
+                                         Request request, int extraMs = 0)
+{
+    if (!application)
+        return Inspector::noApplication();
+    const Result<qint64> id = application->remoteId(object);
+    if (!id)
+        return id.failure();
+    request.object = *id;
+    return application->call(request, extraMs);
+}
+
+Result<SharedPtr<Object>> made(ApplicationModel* application, const Result<ObjectReply>& reply)
+{
+    return reply.then([application](const ObjectReply& found) {
+        return found.object.id == 0 ? SharedPtr<Object>() : application->makeObject(found.object);
+    });
+}
+
+Result<ObjectList> made(ApplicationModel* application, const Result<ObjectsReply>& reply)
+{
+    return reply.then([application](const ObjectsReply& found) {
+        ObjectList objects;
+        for (const ObjectRef& ref : found.objects)
+            objects.append(application->makeObject(ref));
+        return objects;
+    });
 }
 
 // -- look-up
 
-bool Inspector::conditionsOf(const QString& name, NameConditions* conditions)
+Result<NameConditions> conditionsOf(const QString& name)
 {
     const ObjectMap* map = ObjectMap::self();
     QString error;
@@ -33,35 +79,39 @@ bool Inspector::conditionsOf(const QString& name, NameConditions* conditions)
         error =
             QStringLiteral("An empty name fits every object. (One entry that is undefined makes a name that "
                            "a script gives as an object empty.)");
-    if (error.isEmpty() && real.toConditions(map, conditions, &error))
-        return true;
-    m_lastError = error;
-    return false;
+    NameConditions conditions;
+    if (error.isEmpty() && real.toConditions(map, &conditions, &error))
+        return conditions;
+    return Failure{error};
 }
 
-SharedPtr<Object> Inspector::findObject(const QString& name)
+} // namespace
+
+Result<SharedPtr<Object>> Inspector::findObject(const QString& name)
 {
-    Find request;
-    ObjectReply reply;
-    if (!need() || !conditionsOf(name, &request.name) || !m_current->call(request, &reply))
-        return nullptr;
-    return m_current->makeObject(reply.object);
+    if (!m_current)
+        return noApplication();
+    return conditionsOf(name).then([this](const NameConditions& conditions) {
+        Find request;
+        request.name = conditions;
+        return made(m_current, m_current->call(request));
+    });
 }
 
-SharedPtr<Object> Inspector::findObject(const ObjectName& name)
+Result<SharedPtr<Object>> Inspector::findObject(const ObjectName& name)
 {
     return findObject(name.toString());
 }
 
-ObjectList Inspector::findAllObjects(const QString& name)
+Result<ObjectList> Inspector::findAllObjects(const QString& name)
 {
-    FindAll request;
-    ObjectsReply reply;
-    ObjectList found;
-    if (need() && conditionsOf(name, &request.name) && m_current->call(request, &reply))
-        for (const ObjectRef& ref : qAsConst(reply.objects))
-            found.append(m_current->makeObject(ref));
-    return found;
+    if (!m_current)
+        return noApplication();
+    return conditionsOf(name).then([this](const NameConditions& conditions) {
+        FindAll request;
+        request.name = conditions;
+        return made(m_current, m_current->call(request));
+    });
 }
 
 namespace {
@@ -93,17 +143,17 @@ QString waitError(const QString& what, int timeoutMs, const WaitReply& reply)
 
 } // namespace
 
-Inspector::WaitResult Inspector::finishWait(bool answered, const QString& what, int timeoutMs,
-                                            const WaitReply& reply)
+Inspector::WaitResult Inspector::finishWait(const Result<WaitReply>& reply, const QString& what,
+                                            int timeoutMs)
 {
+    if (!reply)
+        return {nullptr, WaitExists, reply.error()};
     WaitResult result;
-    if (!answered)
-        return {nullptr, WaitExists};
-    if (reply.object.id != 0)
-        result.object = m_current->makeObject(reply.object);
-    result.failed = reply.failed;
+    if (reply->object.id != 0)
+        result.object = m_current->makeObject(reply->object);
+    result.failed = reply->failed;
     if (result.failed != 0)
-        m_lastError = waitError(what, timeoutMs, reply);
+        result.error = waitError(what, timeoutMs, *reply);
     return result;
 }
 
@@ -112,36 +162,34 @@ Inspector::WaitResult Inspector::waitForObject(const QString& name, int timeoutM
     WaitFor request;
     request.conditions = conditions;
     request.timeoutMs = qMax(0, timeoutMs);
-    WaitReply reply;
-    const bool answered =
-        need() && conditionsOf(name, &request.name) && m_current->call(request, &reply, request.timeoutMs);
-    return finishWait(answered, QStringLiteral("Object %1").arg(name), request.timeoutMs, reply);
+    const Result<NameConditions> wanted = m_current ? conditionsOf(name) : noApplication();
+    request.name = wanted.orNothing();
+    const Result<WaitReply> reply = wanted ? m_current->call(request, request.timeoutMs) : wanted.failure();
+    return finishWait(reply, QStringLiteral("Object %1").arg(name), request.timeoutMs);
 }
 
 Inspector::WaitResult Inspector::waitForObject(const SharedPtr<Object>& object, int timeoutMs,
                                                quint32 conditions)
 {
+    if (!object || object->isNull())
+        return {nullptr, WaitExists,
+                QStringLiteral("A null %1 cannot be waited for")
+                    .arg(object ? object->className() : QStringLiteral("object"))};
     WaitFor request;
     request.conditions = conditions;
     request.timeoutMs = qMax(0, timeoutMs);
-    WaitReply reply;
-    if (object && object->isNull())
-        m_lastError = QStringLiteral("A null %1 cannot be waited for").arg(object->className());
-    const bool answered = need() && object && !object->isNull() &&
-                          m_current->remoteId(object, &request.object) &&
-                          m_current->call(request, &reply, request.timeoutMs);
-    return finishWait(answered, QStringLiteral("The %1").arg(object ? object->className() : QString()),
-                      request.timeoutMs, reply);
+    return finishWait(askAbout(object, m_current, request, request.timeoutMs),
+                      QStringLiteral("The %1").arg(object->className()), request.timeoutMs);
 }
 
 Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container, FindItem request,
                                              const QString& what)
 {
-    WaitReply reply;
     request.timeoutMs = qMax(0, request.timeoutMs);
-    const bool answered = need() && m_current->remoteId(container, &request.container) &&
-                          m_current->call(request, &reply, request.timeoutMs);
-    return finishWait(answered, what, request.timeoutMs, reply);
+    const Result<qint64> id = m_current ? m_current->remoteId(container) : noApplication();
+    request.container = id.orNothing();
+    const Result<WaitReply> reply = id ? m_current->call(request, request.timeoutMs) : id.failure();
+    return finishWait(reply, what, request.timeoutMs);
 }
 
 Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container, const QString& itemPath,
@@ -165,146 +213,124 @@ Inspector::WaitResult Inspector::waitForItem(const SharedPtr<Object>& container,
 
 // -- relations and the screen
 
-ObjectList Inspector::children(const SharedPtr<Object>& object)
+Result<ObjectList> Inspector::children(const SharedPtr<Object>& object)
 {
-    Children request;
-    ObjectsReply reply;
-    ObjectList found;
-    if (need() && m_current->remoteId(object, &request.object) && m_current->call(request, &reply))
-        for (const ObjectRef& ref : qAsConst(reply.objects))
-            found.append(m_current->makeObject(ref));
-    return found;
+    return made(m_current, askAbout(object, m_current, Children()));
 }
 
-SharedPtr<Object> Inspector::parent(const SharedPtr<Object>& object)
+Result<SharedPtr<Object>> Inspector::parent(const SharedPtr<Object>& object)
 {
-    Parent request;
-    ObjectReply reply;
-    if (!need() || !m_current->remoteId(object, &request.object) || !m_current->call(request, &reply) ||
-        reply.object.id == 0)
-        return nullptr;
-    return m_current->makeObject(reply.object);
+    return made(m_current, askAbout(object, m_current, Parent()));
 }
 
-ObjectList Inspector::topLevelObjects()
+Result<ObjectList> Inspector::topLevelObjects()
 {
-    ObjectsReply reply;
-    ObjectList found;
-    if (need() && m_current->call(TopLevels(), &reply))
-        for (const ObjectRef& ref : qAsConst(reply.objects))
-            found.append(m_current->makeObject(ref));
-    return found;
+    return made(m_current, ask(m_current, TopLevels()));
 }
 
-SharedPtr<Object> Inspector::objectAt(int x, int y)
+Result<SharedPtr<Object>> Inspector::objectAt(int x, int y)
 {
     ObjectAt request;
     request.x = x;
     request.y = y;
-    ObjectReply reply;
-    if (!need() || !m_current->call(request, &reply) || reply.object.id == 0)
-        return nullptr;
-    return m_current->makeObject(reply.object);
+    return made(m_current, ask(m_current, request));
 }
 
-QRect Inspector::globalBounds(const SharedPtr<Object>& object)
+Result<QRect> Inspector::globalBounds(const SharedPtr<Object>& object)
 {
-    GlobalBounds request;
-    RectReply reply;
-    if (!need() || !m_current->remoteId(object, &request.object) || !m_current->call(request, &reply))
-        return QRect();
-    return QRect(reply.x, reply.y, reply.width, reply.height);
+    return askAbout(object, m_current, GlobalBounds()).then([](const RectReply& reply) {
+        return QRect(reply.x, reply.y, reply.width, reply.height);
+    });
 }
 
-QByteArray Inspector::grabScreenshot(const SharedPtr<Object>& object, ScreenshotArea area)
+Result<QByteArray> Inspector::grabScreenshot(const SharedPtr<Object>& object, ScreenshotArea area)
 {
     Screenshot request;
     request.area = object ? area : ScreenshotArea::Screen;
-    ImageReply reply;
-    if (!need() || !m_current->remoteId(object, &request.object) || !m_current->call(request, &reply))
-        return QByteArray();
-    return reply.png;
+    return askAbout(object, m_current, request).then([](const ImageReply& reply) { return reply.png; });
 }
 
-bool Inspector::highlight(const SharedPtr<Object>& object, int durationMs)
+Result<void> Inspector::highlight(const SharedPtr<Object>& object, int durationMs)
 {
     Highlight request;
     request.durationMs = durationMs;
-    return need() && m_current->remoteId(object, &request.object) && m_current->call(request);
+    return askAbout(object, m_current, request);
 }
 
-bool Inspector::setPicking(bool on)
+Result<void> Inspector::setPicking(bool on)
 {
     Pick request;
     request.on = on;
-    return need() && m_current->call(request);
+    return ask(m_current, request);
 }
 
-bool Inspector::setRecording(bool on)
+Result<void> Inspector::setRecording(bool on)
 {
     Record request;
     request.on = on;
-    return need() && m_current->call(request);
+    return ask(m_current, request);
 }
 
 // -- events
 
-template <class Request>
-bool Inspector::changeHandler(Request request, const SharedPtr<Object>& object)
+Result<void> Inspector::installEventHandler(const QString& eventName, const QString& handler)
 {
-    return need() && m_current->remoteId(object, &request.object) && m_current->call(request);
+    return ask(m_current, InstallHandler{HandlerScope::Global, 0, {}, eventName, handler});
 }
 
-bool Inspector::installEventHandler(const QString& eventName, const QString& handler)
+Result<void> Inspector::installEventHandler(const SharedPtr<Object>& object, const QString& eventName,
+                                            const QString& handler)
 {
-    return changeHandler(InstallHandler{HandlerScope::Global, 0, {}, eventName, handler}, nullptr);
+    return askAbout(object, m_current, InstallHandler{HandlerScope::Object, 0, {}, eventName, handler});
 }
 
-bool Inspector::installEventHandler(const SharedPtr<Object>& object, const QString& eventName,
-                                    const QString& handler)
+Result<void> Inspector::installEventHandler(const QString& typeName, const QString& eventName,
+                                            const QString& handler)
 {
-    return changeHandler(InstallHandler{HandlerScope::Object, 0, {}, eventName, handler}, object);
+    return ask(m_current, InstallHandler{HandlerScope::Type, 0, typeName, eventName, handler});
 }
 
-bool Inspector::installEventHandler(const QString& typeName, const QString& eventName, const QString& handler)
+Result<void> Inspector::uninstallEventHandler(const QString& eventName, const QString& handler)
 {
-    return changeHandler(InstallHandler{HandlerScope::Type, 0, typeName, eventName, handler}, nullptr);
+    return ask(m_current, UninstallHandler{HandlerScope::Global, 0, {}, eventName, handler});
 }
 
-bool Inspector::uninstallEventHandler(const QString& eventName, const QString& handler)
+Result<void> Inspector::uninstallEventHandler(const SharedPtr<Object>& object, const QString& eventName,
+                                              const QString& handler)
 {
-    return changeHandler(UninstallHandler{HandlerScope::Global, 0, {}, eventName, handler}, nullptr);
+    return askAbout(object, m_current, UninstallHandler{HandlerScope::Object, 0, {}, eventName, handler});
 }
 
-bool Inspector::uninstallEventHandler(const SharedPtr<Object>& object, const QString& eventName,
-                                      const QString& handler)
+Result<void> Inspector::uninstallEventHandler(const QString& typeName, const QString& eventName,
+                                              const QString& handler)
 {
-    return changeHandler(UninstallHandler{HandlerScope::Object, 0, {}, eventName, handler}, object);
+    return ask(m_current, UninstallHandler{HandlerScope::Type, 0, typeName, eventName, handler});
 }
 
-bool Inspector::uninstallEventHandler(const QString& typeName, const QString& eventName,
-                                      const QString& handler)
+Result<void> Inspector::sendEvent(const Class* eventClass, const SharedPtr<Object>& target,
+                                  const ObjectList& parameters)
 {
-    return changeHandler(UninstallHandler{HandlerScope::Type, 0, typeName, eventName, handler}, nullptr);
-}
-
-bool Inspector::sendEvent(const Class* eventClass, const SharedPtr<Object>& target,
-                          const ObjectList& parameters)
-{
+    if (!m_current)
+        return noApplication();
+    if (!eventClass)
+        return Failure{QStringLiteral("There is no class of the event to send")};
+    const Result<qint64> targetId = m_current->remoteId(target);
+    if (!targetId)
+        return targetId;
     SendEvent request;
-    if (!need() || !eventClass || !m_current->remoteId(target, &request.target))
-        return false;
+    request.target = *targetId;
     request.eventClassId = eventClass->id();
     for (const SharedPtr<Object>& parameter : parameters) {
-        request.arguments.append(Value());
-        if (!m_current->toWire(parameter, &request.arguments.last()))
-            return false;
+        const Result<Value> value = m_current->toWire(parameter);
+        if (!value)
+            return value;
+        request.arguments.append(*value);
     }
     return m_current->call(request);
 }
 
-bool Inspector::mouseAction(MouseActionKind kind, const SharedPtr<Object>& object, quint32 flags, int x,
-                            int y, int button, int modifiers)
+Result<void> Inspector::mouseAction(MouseActionKind kind, const SharedPtr<Object>& object, quint32 flags,
+                                    int x, int y, int button, int modifiers)
 {
     MouseAction request;
     request.kind = kind;
@@ -313,7 +339,7 @@ bool Inspector::mouseAction(MouseActionKind kind, const SharedPtr<Object>& objec
     request.y = y;
     request.button = button;
     request.modifiers = modifiers;
-    return need() && m_current->remoteId(object, &request.object) && m_current->call(request);
+    return askAbout(object, m_current, request);
 }
 
 // -- the rest
@@ -386,32 +412,27 @@ QVariant toVariant(const SharedPtr<Object>& object)
 
 } // namespace
 
-QVariant Inspector::remoteCall(const QString& function, const QVariantList& arguments)
+Result<QVariant> Inspector::remoteCall(const QString& function, const QVariantList& arguments)
 {
     RemoteCall request;
     request.function = function;
     for (const QVariant& argument : arguments)
         request.arguments.append(fromVariant(argument));
-    ValueReply reply;
-    if (!need() || !m_current->call(request, &reply))
-        return QVariant();
-    return toVariant(m_current->makeObject(reply.value));
+    return ask(m_current, request).then([this](const ValueReply& reply) {
+        return toVariant(m_current->makeObject(reply.value));
+    });
 }
 
-QString Inspector::environmentVariable(const QString& name)
+Result<QString> Inspector::environmentVariable(const QString& name)
 {
     EnvironmentVariable request;
     request.name = name;
-    TextReply reply;
-    if (!need() || !m_current->call(request, &reply))
-        return QString();
-    return reply.text.isNull() ? QStringLiteral("") : reply.text;
+    return ask(m_current, request).then([](const TextReply& reply) { return reply.text; });
 }
 
-bool Inspector::ping(ApplicationModel* application, int timeoutMs)
+Result<void> Inspector::ping(ApplicationModel* application, int timeoutMs)
 {
-    Empty reply;
-    return application->call(Ping(), &reply, timeoutMs - application->callTimeout());
+    return application->call(Ping(), timeoutMs - application->callTimeout());
 }
 
 } // namespace Torvix

@@ -6,48 +6,55 @@ namespace Torvix {
 
 namespace {
 
+using Protocol::Value;
+using Protocol::ValueReply;
+
 /** The application that a member belongs to; a built-in type has no members that could be called. */
-ApplicationModel* applicationOf(const Member* member)
+Result<ApplicationModel*> applicationOf(const Member* member)
 {
-    ApplicationModel* application = member->declaringClass()->application();
-    if (!application)
-        Inspector::self()->setLastError(
-            QStringLiteral("%1 has no members in an application").arg(member->declaringClass()->name()));
-    return application;
+    if (ApplicationModel* application = member->declaringClass()->application())
+        return application;
+    return Failure{
+        QStringLiteral("%1 has no members in an application").arg(member->declaringClass()->name())};
 }
 
 /** The id of the object that a member is used on, 0 for a static one. */
-bool targetId(ApplicationModel* application, const QString& member, bool isStatic,
-              const SharedPtr<Object>& target, qint64* id)
+Result<qint64> targetId(ApplicationModel* application, const QString& member, bool isStatic,
+                        const SharedPtr<Object>& target)
 {
-    *id = 0;
     if (isStatic)
-        return true;
-    if (!target) {
-        Inspector::self()->setLastError(QStringLiteral("%1 needs an object: it is not static").arg(member));
-        return false;
-    }
-    if (target->isNull()) {
-        Inspector::self()->setLastError(
-            QStringLiteral("%1 cannot be used on a null %2").arg(member, target->className()));
-        return false;
-    }
-    return application->remoteId(target, id);
+        return 0;
+    if (!target)
+        return Failure{QStringLiteral("%1 needs an object: it is not static").arg(member)};
+    if (target->isNull())
+        return Failure{QStringLiteral("%1 cannot be used on a null %2").arg(member, target->className())};
+    return application->remoteId(target);
 }
 
-bool wireArguments(ApplicationModel* application, const Signature& signature, const ObjectList& arguments,
-                   QVector<Protocol::Value>* values)
+Result<QVector<Value>> wireArguments(ApplicationModel* application, const Signature& signature,
+                                     const ObjectList& arguments)
 {
-    if (arguments.size() != signature.count()) {
-        Inspector::self()->setLastError(
-            QStringLiteral("%1 arguments are needed, not %2").arg(signature.count()).arg(arguments.size()));
-        return false;
+    if (arguments.size() != signature.count())
+        return Failure{
+            QStringLiteral("%1 arguments are needed, not %2").arg(signature.count()).arg(arguments.size())};
+    QVector<Value> values;
+    for (const SharedPtr<Object>& argument : arguments) {
+        const Result<Value> value = application->toWire(argument);
+        if (!value)
+            return value.failure();
+        values.append(*value);
     }
-    values->resize(arguments.size());
-    for (int i = 0; i < arguments.size(); ++i)
-        if (!application->toWire(arguments[i], &(*values)[i]))
-            return false;
-    return true;
+    return values;
+}
+
+/** Asks for a value with a request whose other fields are filled. */
+template <class Request>
+Result<SharedPtr<Object>> askForValue(ApplicationModel* application, const Member* member, Request request)
+{
+    request.classId = member->declaringClass()->id();
+    request.index = member->index();
+    return application->call(request).then(
+        [application](const ValueReply& reply) { return application->makeObject(reply.value); });
 }
 
 } // namespace
@@ -59,18 +66,17 @@ Property::Property(const Class* declaringClass, int index, const Argument& type,
 {
 }
 
-SharedPtr<Object> Property::get(const SharedPtr<Object>& object) const
+Result<SharedPtr<Object>> Property::get(const SharedPtr<Object>& object) const
 {
-    ApplicationModel* application = applicationOf(this);
+    const Result<ApplicationModel*> application = applicationOf(this);
+    if (!application)
+        return application.failure();
+    const Result<qint64> target = targetId(*application, name(), isStatic(), object);
+    if (!target)
+        return target.failure();
     Protocol::GetProperty request;
-    if (!application || !targetId(application, name(), isStatic(), object, &request.object))
-        return nullptr;
-    request.classId = declaringClass()->id();
-    request.index = index();
-    Protocol::ValueReply reply;
-    if (!application->call(request, &reply))
-        return nullptr;
-    return application->makeObject(reply.value);
+    request.object = *target;
+    return askForValue(*application, this, request);
 }
 
 QVector<const Property*> Property::readable(const Class* objectClass)
@@ -82,35 +88,48 @@ QVector<const Property*> Property::readable(const Class* objectClass)
     return found;
 }
 
-ObjectList Property::getAll(const SharedPtr<Object>& object, const QVector<const Property*>& properties)
+Result<ObjectList> Property::getAll(const SharedPtr<Object>& object,
+                                    const QVector<const Property*>& properties)
 {
-    ObjectList values(properties.size());
-    ApplicationModel* application = properties.isEmpty() ? nullptr : applicationOf(properties.first());
+    if (properties.isEmpty())
+        return ObjectList();
+    const Result<ApplicationModel*> application = applicationOf(properties.first());
+    if (!application)
+        return application.failure();
+    const Result<qint64> target = targetId(*application, QStringLiteral("Reading properties"), false, object);
+    if (!target)
+        return target.failure();
     Protocol::GetProperties request;
-    if (!application ||
-        !targetId(application, QStringLiteral("Reading properties"), false, object, &request.object))
-        return values;
+    request.object = *target;
     for (const Property* property : properties)
         request.properties.append({property->declaringClass()->id(), property->index()});
-    Protocol::PropertiesReply reply;
-    if (!application->call(request, &reply))
-        return values;
-    for (int i = 0; i < qMin(values.size(), reply.results.size()); ++i)
-        if (reply.results[i].isRead)
-            values[i] = application->makeObject(reply.results[i].value);
+    const Result<Protocol::PropertiesReply> reply = (*application)->call(request);
+    if (!reply)
+        return reply.failure();
+    ObjectList values(properties.size());
+    for (int i = 0; i < qMin(values.size(), reply->results.size()); ++i)
+        if (reply->results[i].isRead)
+            values[i] = (*application)->makeObject(reply->results[i].value);
     return values;
 }
 
-bool Property::set(const SharedPtr<Object>& object, const SharedPtr<Object>& value) const
+Result<void> Property::set(const SharedPtr<Object>& object, const SharedPtr<Object>& value) const
 {
-    ApplicationModel* application = applicationOf(this);
+    const Result<ApplicationModel*> application = applicationOf(this);
+    if (!application)
+        return application;
+    const Result<qint64> target = targetId(*application, name(), isStatic(), object);
+    if (!target)
+        return target;
+    const Result<Value> wireValue = (*application)->toWire(value);
+    if (!wireValue)
+        return wireValue;
     Protocol::SetProperty request;
-    if (!application || !targetId(application, name(), isStatic(), object, &request.object) ||
-        !application->toWire(value, &request.value))
-        return false;
+    request.object = *target;
+    request.value = *wireValue;
     request.classId = declaringClass()->id();
     request.index = index();
-    return application->call(request);
+    return (*application)->call(request);
 }
 
 Method::Method(const Class* declaringClass, int index, const QString& name, const Argument& result,
@@ -124,20 +143,21 @@ Method::Method(const Class* declaringClass, int index, const QString& name, cons
 {
 }
 
-SharedPtr<Object> Method::invoke(const SharedPtr<Object>& target, const ObjectList& arguments) const
+Result<SharedPtr<Object>> Method::invoke(const SharedPtr<Object>& target, const ObjectList& arguments) const
 {
-    ApplicationModel* application = applicationOf(this);
+    const Result<ApplicationModel*> application = applicationOf(this);
+    if (!application)
+        return application.failure();
+    const Result<qint64> id = targetId(*application, m_name + QLatin1String("()"), isStatic(), target);
+    if (!id)
+        return id.failure();
+    const Result<QVector<Value>> values = wireArguments(*application, m_signature, arguments);
+    if (!values)
+        return values.failure();
     Protocol::CallMethod request;
-    if (!application ||
-        !targetId(application, m_name + QLatin1String("()"), isStatic(), target, &request.object) ||
-        !wireArguments(application, m_signature, arguments, &request.arguments))
-        return nullptr;
-    request.classId = declaringClass()->id();
-    request.index = index();
-    Protocol::ValueReply reply;
-    if (!application->call(request, &reply))
-        return nullptr;
-    return application->makeObject(reply.value);
+    request.object = *id;
+    request.arguments = *values;
+    return askForValue(*application, this, request);
 }
 
 Constructor::Constructor(const Class* declaringClass, int index, const Signature& signature)
@@ -146,18 +166,17 @@ Constructor::Constructor(const Class* declaringClass, int index, const Signature
 {
 }
 
-SharedPtr<Object> Constructor::construct(const ObjectList& arguments) const
+Result<SharedPtr<Object>> Constructor::construct(const ObjectList& arguments) const
 {
-    ApplicationModel* application = applicationOf(this);
+    const Result<ApplicationModel*> application = applicationOf(this);
+    if (!application)
+        return application.failure();
+    const Result<QVector<Value>> values = wireArguments(*application, m_signature, arguments);
+    if (!values)
+        return values.failure();
     Protocol::Construct request;
-    if (!application || !wireArguments(application, m_signature, arguments, &request.arguments))
-        return nullptr;
-    request.classId = declaringClass()->id();
-    request.index = index();
-    Protocol::ValueReply reply;
-    if (!application->call(request, &reply))
-        return nullptr;
-    return application->makeObject(reply.value);
+    request.arguments = *values;
+    return askForValue(*application, this, request);
 }
 
 } // namespace Torvix

@@ -25,9 +25,9 @@ public:
     /**
      * Calls it in the application and waits. The arguments must be those of the signature, in number
      * and class. A static method ignores the target.
-     * @return the result, an object of code 7 when there is none; null on failure, last error set
+     * @return the result, an object of code 7 when there is none
      */
-    SharedPtr<Object> invoke(const SharedPtr<Object>& target, const ObjectList& arguments) const;
+    Result<SharedPtr<Object>> invoke(const SharedPtr<Object>& target, const ObjectList& arguments) const;
 
 private:
     QString m_name;

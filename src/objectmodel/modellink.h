@@ -3,13 +3,14 @@
 #include "objectmodel/export.h"
 #include "protocol/greeting.h"
 #include "protocol/message.h"
+#include "shared/base/result.h"
 
 #include <functional>
 
 namespace Torvix {
 
 /** Why a request got no reply. */
-struct LinkError
+struct LinkError : Failure
 {
     enum Kind {
         None,
@@ -24,7 +25,6 @@ struct LinkError
 
     Kind kind = None;
     Protocol::ErrorClass errorClass = Protocol::ErrorClass::Failed;
-    QString text;
 };
 
 /**
@@ -45,11 +45,12 @@ public:
     void setPushSink(PushSink sink) { m_sink = std::move(sink); }
 
     /**
-     * Sends a request and waits for its reply. False on failure, told in `*error`.
+     * Sends a request and waits for its reply.
      * @param timeoutMs how long to wait; negative: without limit
+     * @return the body of the reply
      */
-    virtual bool exchange(Protocol::RequestNumber number, const QByteArray& body, int timeoutMs,
-                          QByteArray* reply, LinkError* error) = 0;
+    virtual Result<QByteArray, LinkError> exchange(Protocol::RequestNumber number, const QByteArray& body,
+                                                   int timeoutMs) = 0;
     /** Sends a request that has no reply. */
     virtual void post(Protocol::RequestNumber number, const QByteArray& body) = 0;
 

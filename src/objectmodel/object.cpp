@@ -113,13 +113,14 @@ QString Object::toString() const
     case Value::Kind::Object: {
         if (isNull())
             return QStringLiteral("null");
-        Protocol::TextReply reply;
-        Protocol::ToText request;
         ApplicationModel* application = m_class->application();
-        if (!application->remoteId(const_cast<Object*>(this), &request.object) ||
-            !application->call(request, &reply))
+        const Result<qint64> id = application->remoteId(const_cast<Object*>(this));
+        Protocol::ToText request;
+        request.object = *id;
+        const Result<Protocol::TextReply> reply = id ? application->call(request) : id.failure();
+        if (!reply)
             return QString();
-        return reply.text.isNull() ? QStringLiteral("") : reply.text;
+        return reply->text.isNull() ? QStringLiteral("") : reply->text;
     }
     default:
         return QString::number(m_value.integer);
@@ -209,32 +210,38 @@ bool Object::compare(const SharedPtr<Object>& other) const
     if (m_class->isIdentity() || other->m_class->isIdentity())
         return false;
     ApplicationModel* application = m_class->application();
+    const Result<Value> mine = application->toWire(const_cast<Object*>(this));
+    const Result<Value> others = application->toWire(other);
+    if (!mine || !others)
+        return false;
     Protocol::Compare request;
-    Protocol::FlagReply reply;
-    return application->toWire(const_cast<Object*>(this), &request.first) &&
-           application->toWire(other, &request.second) && application->call(request, &reply) && reply.flag;
+    request.first = *mine;
+    request.second = *others;
+    return application->call(request).orNothing().flag;
 }
 
-QString Object::name() const
+Result<QString> Object::name() const
 {
-    const QString real = realName();
-    const QString symbolic = real.isNull() ? QString() : ObjectMap::self()->symbolicName(real, false);
-    return symbolic.isNull() ? real : symbolic;
+    return realName().then([](const QString& real) {
+        const QString symbolic = ObjectMap::self()->symbolicName(real, false);
+        return symbolic.isNull() ? real : symbolic;
+    });
 }
 
-QString Object::realName() const
+Result<QString> Object::realName() const
 {
-    Protocol::RealName request;
-    Protocol::NameReply reply;
-    if (!m_handle) {
-        Inspector::self()->setLastError(QStringLiteral("A %1 has no name").arg(className()));
-        return QString();
-    }
+    if (!m_handle)
+        return Failure{QStringLiteral("A %1 has no name").arg(className())};
     ApplicationModel* application = m_class->application();
-    if (!application->remoteId(const_cast<Object*>(this), &request.object) ||
-        !application->call(request, &reply))
-        return QString();
-    return ObjectName::fromConditions(reply.name).toString();
+    return application->remoteId(const_cast<Object*>(this))
+        .then([application](qint64 id) {
+            Protocol::RealName request;
+            request.object = id;
+            return application->call(request);
+        })
+        .then([](const Protocol::NameReply& reply) {
+            return ObjectName::fromConditions(reply.name).toString();
+        });
 }
 
 SharedPtr<Object> Object::reference() const
@@ -262,30 +269,24 @@ SharedPtr<Object> Object::dereference() const
     return pointee;
 }
 
-bool Object::cast(const Class* target)
+Result<void> Object::cast(const Class* target)
 {
-    Inspector* inspector = Inspector::self();
     if (!target)
-        return false;
+        return Failure{QStringLiteral("There is no class to cast to")};
     const bool isUp = m_class->inheritanceDepth(target) >= 0;
     const bool isDown = target->inheritanceDepth(m_class) >= 0;
-    if (m_value.kind != Value::Kind::Object || !(isUp || isDown)) {
-        inspector->setLastError(QStringLiteral("A %1 is no %2").arg(className(), target->name()));
-        return false;
-    }
+    if (m_value.kind != Value::Kind::Object || !(isUp || isDown))
+        return Failure{QStringLiteral("A %1 is no %2").arg(className(), target->name())};
     if (isDown && !isUp && !isNull()) {
         ApplicationModel* application = m_class->application();
-        Protocol::Convert request;
-        Protocol::ValueReply reply;
-        request.classId = target->id();
-        if (!application->toWire(this, &request.value) || !application->call(request, &reply))
-            return false;
-        // Only asked whether it is one: the reference that came with the answer goes back at once.
-        application->makeObject(reply.value);
+        // Only asked whether it is one: the reference that comes with the answer goes back at once.
+        const Result<SharedPtr<Object>> converted = application->convert(this, target);
+        if (!converted)
+            return converted;
     }
     m_class = target;
     m_value.object.classId = target->id();
-    return true;
+    return {};
 }
 
 } // namespace Torvix

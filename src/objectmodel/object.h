@@ -3,6 +3,7 @@
 #include "objectmodel/export.h"
 #include "objectmodel/objectattribute.h"
 #include "protocol/value.h"
+#include "shared/base/result.h"
 #include "shared/base/sharedptr.h"
 
 #include <QMap>
@@ -23,13 +24,15 @@ using ObjectEntries = QMap<QString, SharedPtr<Object>>;
  * A value of the object model: a number, string or container that lives here, or a reference to
  * an object of an application.
  *
- *     SharedPtr<Object> button = Inspector::self()->findObject("{type='QPushButton' text='OK'}");
+ *     const Result<SharedPtr<Object>> button = Inspector::self()->findObject("{text='OK'}");
+ *     if (!button)
+ *         return button.failure();
  *     const Property* text = button->objectClass()->property("text");
- *     qDebug() << text->get(button)->toString();
+ *     const Result<SharedPtr<Object>> value = text->get(*button);
  *
  * The last SharedPtr of a reference gives it back to the application. When the object dies or the
  * application ends, the reference stays valid as a value here but is invalidated: everything that
- * would reach the application then fails with the inspector's last error.
+ * would reach the application then fails.
  */
 class TORVIXOBJECTMODEL_EXPORT Object : public Shared
 {
@@ -61,7 +64,7 @@ public:
     /**
      * A text for people and for comparison: numbers without superfluous digits, `true` and `false`,
      * a string itself, elements in brackets, `null`; for an object of the application what the agent
-     * says (one round trip). A null string on failure, last error set.
+     * says (one round trip), a null string when it does not.
      */
     QString toString() const;
     /** Of a number or boolean, else 0. */
@@ -80,9 +83,9 @@ public:
     bool compare(const SharedPtr<Object>& other) const;
 
     /** The symbolic name where the object map has one for it, else the real name. */
-    QString name() const;
-    /** A name in text form that finds it; null string on failure, last error set. */
-    QString realName() const;
+    Result<QString> name() const;
+    /** A name in text form that finds it; a value that lives here has none. */
+    Result<QString> realName() const;
 
     /** A pointer to this object. */
     SharedPtr<Object> reference() const;
@@ -90,10 +93,10 @@ public:
     SharedPtr<Object> dereference() const;
 
     /**
-     * From now on this wrapper has that class. False, and nothing changed, when the object is none
-     * of that class (a sub- or superclass of its own); last error set.
+     * From now on this wrapper has that class. Fails, and nothing has changed, when the object is none
+     * of that class (a sub- or superclass of its own).
      */
-    bool cast(const Class* target);
+    Result<void> cast(const Class* target);
 
     /** What crosses the wire for it; the content of a container stands in elements() and entries(). */
     const Protocol::Value& value() const { return m_value; }

@@ -24,20 +24,20 @@ public:
 
     /**
      * The value in the application now, one round trip. A static property takes no object (null).
-     * Null on failure, with the inspector's last error set.
      */
-    SharedPtr<Object> get(const SharedPtr<Object>& object) const;
+    Result<SharedPtr<Object>> get(const SharedPtr<Object>& object) const;
 
     /**
      * The values of several properties of one object, in their order and in one round trip. Null for
      * those that cannot be read.
      */
-    static ObjectList getAll(const SharedPtr<Object>& object, const QVector<const Property*>& properties);
+    static Result<ObjectList> getAll(const SharedPtr<Object>& object,
+                                     const QVector<const Property*>& properties);
     /** Those of a class that can be read, the inherited ones too. */
     static QVector<const Property*> readable(const Class* objectClass);
 
-    /** The agent converts the value to the property's type. False on failure, last error set. */
-    bool set(const SharedPtr<Object>& object, const SharedPtr<Object>& value) const;
+    /** The agent converts the value to the property's type. */
+    Result<void> set(const SharedPtr<Object>& object, const SharedPtr<Object>& value) const;
 
 private:
     Argument m_type;

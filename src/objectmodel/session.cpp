@@ -18,6 +18,14 @@ constexpr int lookMs = 200;
 /** How long the other side may leave our bytes unread before we read some of its own. */
 constexpr int writeStepMs = 50;
 
+LinkError linkError(LinkError::Kind kind, const QString& text)
+{
+    LinkError error;
+    error.kind = kind;
+    error.text = text;
+    return error;
+}
+
 QString roleText(const QString& problem)
 {
     return QStringLiteral("the agent was refused: %1").arg(problem);
@@ -168,8 +176,12 @@ bool Session::isStopped() const
     return state == 'T' || state == 't';
 }
 
-bool Session::exchange(RequestNumber number, const QByteArray& body, int timeoutMs, QByteArray* reply,
-                       LinkError* error)
+LinkError Session::ended() const
+{
+    return linkError(LinkError::Closed, QStringLiteral("The application has ended: %1").arg(m_closeReason));
+}
+
+Result<QByteArray, LinkError> Session::exchange(RequestNumber number, const QByteArray& body, int timeoutMs)
 {
     // 0 means that no reply is wanted.
     if (m_nextId == 0)
@@ -179,15 +191,21 @@ bool Session::exchange(RequestNumber number, const QByteArray& body, int timeout
     // A handler may throw through here.
     const auto forget = qScopeGuard([this, waiting] { m_waiting.erase(waiting); });
     send(toBytes({FrameKind::Request, id, quint16(number), body}));
-    await(&waiting->second, timeoutMs, error);
-    if (waiting->second)
-        takeReply(*waiting->second, number, reply, error);
-    else if (error->kind == LinkError::Closed)
-        error->text = QStringLiteral("The application has ended: %1").arg(m_closeReason);
-    return error->kind == LinkError::None;
+    switch (await(&waiting->second, timeoutMs)) {
+    case LinkError::Closed:
+        return ended();
+    case LinkError::TimedOut:
+        return linkError(LinkError::TimedOut,
+                         QStringLiteral("The application did not answer within %1 ms").arg(timeoutMs));
+    case LinkError::Stopped:
+        return linkError(LinkError::Stopped, QStringLiteral("The application is stopped (by a signal or a "
+                                                            "debugger): it does not answer"));
+    default:
+        return takeReply(*waiting->second, number);
+    }
 }
 
-void Session::await(const std::unique_ptr<Frame>* answer, int timeoutMs, LinkError* error)
+LinkError::Kind Session::await(const std::unique_ptr<Frame>* answer, int timeoutMs)
 {
     QElapsedTimer timer;
     timer.start();
@@ -195,51 +213,38 @@ void Session::await(const std::unique_ptr<Frame>* answer, int timeoutMs, LinkErr
     for (;;) {
         dispatch();
         if (*answer)
-            return;
-        if (!m_channel) {
-            error->kind = LinkError::Closed;
-            return;
-        }
+            return LinkError::None;
+        if (!m_channel)
+            return LinkError::Closed;
         const int left = timeoutMs < 0 ? lookMs : timeoutMs - int(timer.elapsed());
-        if (left <= 0) {
-            error->kind = LinkError::TimedOut;
-            error->text = QStringLiteral("The application did not answer within %1 ms").arg(timeoutMs);
-            return;
-        }
+        if (left <= 0)
+            return LinkError::TimedOut;
         if (m_channel->wait(Channel::Wait::Readable, qMin(left, lookMs))) {
             looksStopped = false;
             receiveSome();
             continue;
         }
         const bool wasStopped = std::exchange(looksStopped, isStopped());
-        if (wasStopped && looksStopped) {
-            error->kind = LinkError::Stopped;
-            error->text =
-                QStringLiteral("The application is stopped (by a signal or a debugger): it does not answer");
-            return;
-        }
+        if (wasStopped && looksStopped)
+            return LinkError::Stopped;
     }
 }
 
-void Session::takeReply(const Frame& frame, RequestNumber number, QByteArray* reply, LinkError* error)
+Result<QByteArray, LinkError> Session::takeReply(const Frame& frame, RequestNumber number)
 {
-    *error = LinkError();
-    if (frame.kind == FrameKind::Reply && frame.number == quint16(number)) {
-        *reply = frame.body;
-        return;
-    }
+    if (frame.kind == FrameKind::Reply && frame.number == quint16(number))
+        return frame.body;
     ErrorText text;
-    error->kind = LinkError::Answered;
     if (frame.kind == FrameKind::Error && decode(frame.body, &text)) {
-        error->errorClass =
-            frame.number <= quint16(ErrorClass::Last) ? ErrorClass(frame.number) : ErrorClass::Failed;
-        error->text =
-            text.text.isEmpty() ? QStringLiteral("The application gave an error without a text") : text.text;
-        return;
+        LinkError error = linkError(LinkError::Answered, text.text);
+        if (frame.number <= quint16(ErrorClass::Last))
+            error.errorClass = ErrorClass(frame.number);
+        if (error.text.isEmpty())
+            error.text = QStringLiteral("The application gave an error without a text");
+        return error;
     }
     fail(QStringLiteral("the agent sent an answer that cannot be read"));
-    error->kind = LinkError::Closed;
-    error->text = QStringLiteral("The application has ended: %1").arg(m_closeReason);
+    return ended();
 }
 
 void Session::post(RequestNumber number, const QByteArray& body)

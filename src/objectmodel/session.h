@@ -34,8 +34,8 @@ public:
     /** The process to look after while waiting, 0 for none. Set from the greeting for a local one. */
     void setWatchedProcess(qint64 pid) { m_watchedPid = pid; }
 
-    bool exchange(Protocol::RequestNumber number, const QByteArray& body, int timeoutMs, QByteArray* reply,
-                  LinkError* error) override;
+    Result<QByteArray, LinkError> exchange(Protocol::RequestNumber number, const QByteArray& body,
+                                           int timeoutMs) override;
     void post(Protocol::RequestNumber number, const QByteArray& body) override;
     void pump(int timeoutMs) override;
     void close(const QString& reason) override;
@@ -51,10 +51,11 @@ private:
     bool receiveSome();
     void dispatch();
     bool send(const QByteArray& bytes);
-    void await(const std::unique_ptr<Protocol::Frame>* answer, int timeoutMs, LinkError* error);
-    void takeReply(const Protocol::Frame& frame, Protocol::RequestNumber number, QByteArray* reply,
-                   LinkError* error);
+    /** The reason why the answer did not come. */
+    LinkError::Kind await(const std::unique_ptr<Protocol::Frame>* answer, int timeoutMs);
+    Result<QByteArray, LinkError> takeReply(const Protocol::Frame& frame, Protocol::RequestNumber number);
     void fail(const QString& reason);
+    LinkError ended() const;
     bool isStopped() const;
 
     std::unique_ptr<Protocol::Channel> m_channel;

@@ -42,7 +42,7 @@ QString CaseRunner::environmentVariable(SharedPtr<ApplicationContext> context, c
     if (!model || !model->isAlive())
         return {};
     const CurrentApplication current(model);
-    return Inspector::self()->environmentVariable(name);
+    return Inspector::self()->environmentVariable(name).orNothing();
 }
 
 QString CaseRunner::workingDirectory(SharedPtr<ApplicationContext> context)

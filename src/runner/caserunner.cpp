@@ -300,13 +300,9 @@ std::list<SharedPtr<ApplicationContext>> CaseRunner::applicationContexts()
 
 void CaseRunner::reportFailedLookup(const QString&, const QString&, QString*)
 {
-    // What was there instead helps most while it still is. The tree's own look-ups must not take the
-    // place of the error that the script is about to be told.
-    Inspector* inspector = Inspector::self();
-    const QString error = inspector->lastError();
+    // What was there instead helps most while it still is.
     recordObjectTree();
     grabScreen();
-    inspector->setLastError(error);
 }
 
 bool CaseRunner::loadObjectMap(const QString& path)
@@ -321,7 +317,8 @@ bool CaseRunner::mouseAction(SharedPtr<Object> object, int flags, int x, int y, 
     Protocol::MouseActionKind kind = Protocol::MouseActionKind::Move;
     if (buttonAction)
         kind = press ? Protocol::MouseActionKind::Press : Protocol::MouseActionKind::Release;
-    return Inspector::self()->mouseAction(kind, object, quint32(flags), x, y, button, modifiers);
+    Inspector* inspector = Inspector::self();
+    return inspector->note(inspector->mouseAction(kind, object, quint32(flags), x, y, button, modifiers));
 }
 
 void CaseRunner::serviceConnections()

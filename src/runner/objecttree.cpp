@@ -20,7 +20,9 @@ constexpr int maxTextLength = 60;
 QString propertyText(const SharedPtr<Object>& object, const char* name)
 {
     const Property* property = object->objectClass()->property(QLatin1String(name));
-    const SharedPtr<Object> value = property && property->isReadable() ? property->get(object) : nullptr;
+    if (!property || !property->isReadable())
+        return QString();
+    const Result<SharedPtr<Object>> value = property->get(object);
     return value ? value->toString() : QString();
 }
 
@@ -32,7 +34,7 @@ void walk(const ObjectList& objects, int depth, int* left, Visit visit)
         if (--*left < 0 || depth > maxDepth)
             return;
         visit(object, depth);
-        walk(Inspector::self()->children(object), depth + 1, left, visit);
+        walk(Inspector::self()->children(object).orNothing(), depth + 1, left, visit);
     }
 }
 
@@ -113,8 +115,9 @@ std::vector<std::pair<QString, QString>> propertiesOf(const SharedPtr<Object>& o
     const Class* cls = object->objectClass();
     for (int i = 0; i < cls->numProperties(); ++i) {
         const Property* property = cls->property(i);
-        const SharedPtr<Object> value = property->isReadable() ? property->get(object) : nullptr;
-        if (value)
+        if (!property->isReadable())
+            continue;
+        if (const Result<SharedPtr<Object>> value = property->get(object))
             properties.emplace_back(property->name(), value->toString());
     }
     std::sort(properties.begin(), properties.end());
@@ -128,7 +131,7 @@ QJsonObject jsonOf(const SharedPtr<Object>& object)
         properties.insert(name, value);
     return {{"class", object->className()},
             {"name", propertyText(object, "objectName")},
-            {"realName", object->realName()},
+            {"realName", object->realName().orNothing()},
             {"properties", properties}};
 }
 
@@ -140,7 +143,7 @@ QJsonArray treeJson(const ObjectList& objects, int depth, int* left)
             break;
         QJsonObject json = jsonOf(object);
         json.insert(QStringLiteral("children"),
-                    treeJson(Inspector::self()->children(object), depth + 1, left));
+                    treeJson(Inspector::self()->children(object).orNothing(), depth + 1, left));
         list.append(json);
     }
     return list;
@@ -157,7 +160,7 @@ struct Row
 Row rowOf(const SharedPtr<Object>& object, int depth, bool withProperties)
 {
     const QString indent(depth * 2, QLatin1Char(' '));
-    Row row{indent + lineOf(object), object->realName(), {}};
+    Row row{indent + lineOf(object), object->realName().orNothing(), {}};
     if (!withProperties)
         return row;
     for (const auto& [name, value] : propertiesOf(object))
@@ -187,9 +190,10 @@ QString objectTreeText()
 {
     QString text;
     int left = maxReported;
-    walk(Inspector::self()->topLevelObjects(), 0, &left, [&text](const SharedPtr<Object>& object, int depth) {
-        text += QString(depth * 2, QLatin1Char(' ')) + lineOf(object) + QLatin1Char('\n');
-    });
+    walk(Inspector::self()->topLevelObjects().orNothing(), 0, &left,
+         [&text](const SharedPtr<Object>& object, int depth) {
+             text += QString(depth * 2, QLatin1Char(' ')) + lineOf(object) + QLatin1Char('\n');
+         });
     if (left < 0)
         text += QStringLiteral("[more than %1 objects: the rest is left out]\n").arg(maxReported);
     return text;
@@ -200,10 +204,11 @@ Inspection<QString> inspectAsText(const ObjectFilter& filter, bool withPropertie
     const Matcher matcher(filter);
     std::vector<Row> rows;
     int left = maxInspected;
-    walk(Inspector::self()->topLevelObjects(), 0, &left, [&](const SharedPtr<Object>& object, int depth) {
-        if (matcher.fits(object))
-            rows.push_back(rowOf(object, filter.isEmpty() ? depth : 0, withProperties));
-    });
+    walk(Inspector::self()->topLevelObjects().orNothing(), 0, &left,
+         [&](const SharedPtr<Object>& object, int depth) {
+             if (matcher.fits(object))
+                 rows.push_back(rowOf(object, filter.isEmpty() ? depth : 0, withProperties));
+         });
     return {textOf(rows), int(rows.size()), left < 0};
 }
 
@@ -212,13 +217,14 @@ Inspection<QJsonArray> inspectAsJson(const ObjectFilter& filter)
     int left = maxInspected;
     QJsonArray list;
     if (filter.isEmpty()) {
-        list = treeJson(Inspector::self()->topLevelObjects(), 0, &left);
+        list = treeJson(Inspector::self()->topLevelObjects().orNothing(), 0, &left);
     } else {
         const Matcher matcher(filter);
-        walk(Inspector::self()->topLevelObjects(), 0, &left, [&](const SharedPtr<Object>& object, int) {
-            if (matcher.fits(object))
-                list.append(jsonOf(object));
-        });
+        walk(Inspector::self()->topLevelObjects().orNothing(), 0, &left,
+             [&](const SharedPtr<Object>& object, int) {
+                 if (matcher.fits(object))
+                     list.append(jsonOf(object));
+             });
     }
     return {list, list.size(), left < 0};
 }

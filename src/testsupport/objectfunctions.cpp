@@ -33,22 +33,24 @@ bool nameArgument(ScriptContext* context, int index, const char* function, QStri
     return true;
 }
 
-/** The inspector's error, made more helpful by the runner where it can. */
-void failLookup(ScriptContext* context, const QString& name, const char* function)
+/** Lets the runner record what is there instead, while it still is. */
+void failLookup(ScriptContext* context, const QString& name, const char* function, const QString& error)
 {
     Interpreter* interpreter = Interpreter::self();
     QString ignored;
     if (interpreter && interpreter->runnerInterface())
         interpreter->runnerInterface()->reportFailedLookup(name, QLatin1String(function), &ignored);
-    const QString error = Inspector::self()->lastError();
-    context->setError(error.isEmpty() ? QStringLiteral("Object '%1' not found").arg(name) : error);
+    context->setError(error);
 }
 
-bool failWithLastError(ScriptContext* context, const char* function)
+/** The value as the function's result, in whatever form it is to have there, or the failure as its error. */
+template <class T, class ToArgument>
+void setOutcome(ScriptContext* context, const Result<T>& outcome, const ToArgument& toArgument)
 {
-    const QString error = Inspector::self()->lastError();
-    context->setError(error.isEmpty() ? QStringLiteral("%1() failed").arg(QLatin1String(function)) : error);
-    return false;
+    if (outcome)
+        context->setResult(toArgument(*outcome));
+    else
+        context->setError(outcome.error());
 }
 
 /** False with an error in the context when it is there and no number from 0. */
@@ -82,7 +84,7 @@ SharedPtr<Object> waitForArgument(ScriptContext* context, const char* function, 
         return nullptr;
     if (found.object && found.failed == 0)
         return found.object;
-    failLookup(context, name, function);
+    failLookup(context, name, function, found.error);
     return nullptr;
 }
 
@@ -96,23 +98,22 @@ void waitFor(ScriptContext* context, const char* function, const char* usage, qu
         context->setResult(context->toArgument(found));
 }
 
-SharedPtr<ScriptArgument> listArgument(const ScriptContext& context, const ObjectList& objects)
+void setOutcome(ScriptContext* context, const Result<SharedPtr<Object>>& outcome)
 {
-    ScriptArgument::List list;
-    list.reserve(std::size_t(objects.size()));
-    for (const SharedPtr<Object>& object : objects)
-        list.push_back(context.toArgument(object));
-    return context.toArgument(list);
+    setOutcome(context, outcome, [context](const SharedPtr<Object>& object) {
+        return object ? context->toArgument(object) : context->nullArgument();
+    });
 }
 
-/** For the answers that are empty also without an error. */
-bool lastCallFailed(ScriptContext* context)
+void setOutcome(ScriptContext* context, const Result<ObjectList>& outcome)
 {
-    const QString error = Inspector::self()->lastError();
-    if (error.isEmpty())
-        return false;
-    context->setError(error);
-    return true;
+    setOutcome(context, outcome, [context](const ObjectList& objects) {
+        ScriptArgument::List list;
+        list.reserve(std::size_t(objects.size()));
+        for (const SharedPtr<Object>& object : objects)
+            list.push_back(context->toArgument(object));
+        return context->toArgument(list);
+    });
 }
 
 /** Null with an error in the context for an unknown name. */
@@ -145,10 +146,10 @@ SharedPtr<Object> objectArgument(ScriptContext* context, int index, const char* 
     QString name;
     if (!nameArgument(context, index, function, &name))
         return nullptr;
-    const SharedPtr<Object> found = Inspector::self()->findObject(name);
+    const Result<SharedPtr<Object>> found = Inspector::self()->findObject(name);
     if (!found)
-        failLookup(context, name, function);
-    return found;
+        failLookup(context, name, function, found.error());
+    return found.orNothing();
 }
 
 int defaultWaitTimeoutMs()
@@ -192,7 +193,7 @@ void waitForObjectItem(ScriptContext* context)
     if (found.object && found.failed == 0)
         context->setResult(context->toArgument(found.object));
     else
-        failLookup(context, item->toString(), "waitForObjectItem");
+        failLookup(context, item->toString(), "waitForObjectItem", found.error);
 }
 
 void findAllObjects(ScriptContext* context)
@@ -202,21 +203,15 @@ void findAllObjects(ScriptContext* context)
     QString name;
     if (!nameArgument(context, 0, "findAllObjects", &name))
         return;
-    const ObjectList objects = Inspector::self()->findAllObjects(name);
-    if (!objects.isEmpty() || !lastCallFailed(context))
-        context->setResult(listArgument(*context, objects));
+    setOutcome(context, Inspector::self()->findAllObjects(name));
 }
 
 void objectChildren(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 1, "object.children(object)"))
         return;
-    const SharedPtr<Object> object = objectArgument(context, 0, "object.children");
-    if (!object)
-        return;
-    const ObjectList children = Inspector::self()->children(object);
-    if (!children.isEmpty() || !lastCallFailed(context))
-        context->setResult(listArgument(*context, children));
+    if (const SharedPtr<Object> object = objectArgument(context, 0, "object.children"))
+        setOutcome(context, Inspector::self()->children(object));
 }
 
 void objectGlobalBounds(ScriptContext* context)
@@ -226,30 +221,20 @@ void objectGlobalBounds(ScriptContext* context)
     const SharedPtr<Object> object = objectArgument(context, 0, "object.globalBounds");
     if (!object)
         return;
-    const QRect bounds = Inspector::self()->globalBounds(object);
-    if (!bounds.isValid()) {
-        failWithLastError(context, "object.globalBounds");
-        return;
-    }
-    context->setResult(
-        context->toArgument(ScriptArgument::Map{{"x", context->toArgument(bounds.x())},
-                                                {"y", context->toArgument(bounds.y())},
-                                                {"width", context->toArgument(bounds.width())},
-                                                {"height", context->toArgument(bounds.height())}}));
+    setOutcome(context, Inspector::self()->globalBounds(object), [context](const QRect& bounds) {
+        return context->toArgument(ScriptArgument::Map{{"x", context->toArgument(bounds.x())},
+                                                       {"y", context->toArgument(bounds.y())},
+                                                       {"width", context->toArgument(bounds.width())},
+                                                       {"height", context->toArgument(bounds.height())}});
+    });
 }
 
 void objectParent(ScriptContext* context)
 {
     if (!requireArguments(context, 1, 1, "object.parent(object)"))
         return;
-    const SharedPtr<Object> object = objectArgument(context, 0, "object.parent");
-    if (!object)
-        return;
-    const SharedPtr<Object> parent = Inspector::self()->parent(object);
-    if (parent)
-        context->setResult(context->toArgument(parent));
-    else if (!lastCallFailed(context))
-        context->setResult(context->nullArgument());
+    if (const SharedPtr<Object> object = objectArgument(context, 0, "object.parent"))
+        setOutcome(context, Inspector::self()->parent(object));
 }
 
 void objectProperties(ScriptContext* context)
@@ -264,9 +249,7 @@ void objectTopLevelObjects(ScriptContext* context)
 {
     if (!requireArguments(context, 0, 0, "object.topLevelObjects()"))
         return;
-    const ObjectList objects = Inspector::self()->topLevelObjects();
-    if (!objects.isEmpty() || !lastCallFailed(context))
-        context->setResult(listArgument(*context, objects));
+    setOutcome(context, Inspector::self()->topLevelObjects());
 }
 
 void objectConvertTo(ScriptContext* context)
@@ -275,14 +258,9 @@ void objectConvertTo(ScriptContext* context)
         return;
     const SharedPtr<Object> object = objectArgument(context, 0, "object.convertTo");
     const Class* target = object ? classArgument(context, 1) : nullptr;
-    if (!target)
-        return;
-    const SharedPtr<Object> converted =
-        object->objectClass()->convertObject(object, target, object->objectAttribute().isIndirect());
-    if (converted)
-        context->setResult(context->toArgument(converted));
-    else
-        failWithLastError(context, "object.convertTo");
+    if (target)
+        setOutcome(context, object->objectClass()->convertObject(object, target,
+                                                                 object->objectAttribute().isIndirect()));
 }
 
 void objectCreateNull(ScriptContext* context)
@@ -300,9 +278,9 @@ void objectGrabScreenshot(ScriptContext* context)
     const SharedPtr<Object> object = objectArgument(context, 0, "object.grabScreenshot");
     if (!object)
         return;
-    const QByteArray png = Inspector::self()->grabScreenshot(object);
-    if (png.isEmpty()) {
-        failWithLastError(context, "object.grabScreenshot");
+    const Result<QByteArray> png = Inspector::self()->grabScreenshot(object);
+    if (!png) {
+        context->setError(png.error());
         return;
     }
     QString path;
@@ -313,7 +291,7 @@ void objectGrabScreenshot(ScriptContext* context)
     if (path.isEmpty())
         context->setError(
             QStringLiteral("object.grabScreenshot() needs a file name here: there is no folder for results"));
-    else if (writeFile(context, path, png))
+    else if (writeFile(context, path, *png))
         context->setResult(context->toArgument(path));
 }
 

@@ -121,8 +121,12 @@ void highlightObject(ScriptContext* context)
         return;
     }
     const SharedPtr<Object> object = objectArgument(context, 0, "highlightObject");
-    if (object && !Inspector::self()->highlight(object, duration ? duration->toInteger() : highlightMs))
-        context->setError(Inspector::self()->lastError());
+    if (!object)
+        return;
+    const Result<void> shown =
+        Inspector::self()->highlight(object, duration ? duration->toInteger() : highlightMs);
+    if (!shown)
+        context->setError(shown.error());
 }
 
 ScriptArgument::Map placeMap(const ScriptContext& context, const QRect& place)

@@ -16,20 +16,17 @@ namespace {
 
 constexpr qint64 pieceBytes = 1 << 20;
 
-/** Sends the file piece by piece; the application's path, or invalid with the inspector's error. */
-QVariant sendFile(QFile& file)
+/** Sends the file piece by piece; gives the path that the application has it under. */
+Result<QVariant> sendFile(QFile& file)
 {
-    Inspector* inspector = Inspector::self();
     const QString name = QFileInfo(file).fileName();
     for (;;) {
         const qint64 offset = file.pos();
         const QByteArray bytes = file.read(pieceBytes);
         const bool isLast = file.atEnd();
-        const QVariant path = inspector->remoteCall(
+        const Result<QVariant> path = Inspector::self()->remoteCall(
             QStringLiteral("testDataWrite"), {name, offset, QString::fromLatin1(bytes.toBase64()), isLast});
-        if (!inspector->lastError().isEmpty())
-            return QVariant();
-        if (isLast)
+        if (!path || isLast)
             return path;
     }
 }
@@ -37,14 +34,14 @@ QVariant sendFile(QFile& file)
 /** False with the error filled. */
 bool fetchFile(const QString& name, QSaveFile* target, QString* error)
 {
-    Inspector* inspector = Inspector::self();
     for (qint64 offset = 0;;) {
-        const QVariant piece = inspector->remoteCall(QStringLiteral("testDataRead"), {name, offset});
-        if (!inspector->lastError().isEmpty()) {
-            *error = inspector->lastError();
+        const Result<QVariant> piece =
+            Inspector::self()->remoteCall(QStringLiteral("testDataRead"), {name, offset});
+        if (!piece) {
+            *error = piece.error();
             return false;
         }
-        const QByteArray bytes = QByteArray::fromBase64(piece.toString().toLatin1());
+        const QByteArray bytes = QByteArray::fromBase64(piece->toString().toLatin1());
         if (bytes.isEmpty())
             break;
         // A target that cannot be written is told when there is something to write.
@@ -74,10 +71,9 @@ QVariant copyTestData(const QString& path, QString* error)
         *error = QStringLiteral("Cannot read file '%1': %2").arg(found, file.errorString());
         return QVariant();
     }
-    const QVariant target = sendFile(file);
-    if (!target.isValid())
-        *error = Inspector::self()->lastError();
-    return target;
+    const Result<QVariant> target = sendFile(file);
+    *error = target.error();
+    return target.orNothing();
 }
 
 void testDataGet(ScriptContext* context)

@@ -191,13 +191,18 @@ protected:
         QFile::remove(socket());
     }
 
+    static void click(Inspector* inspector, const SharedPtr<Object>& button)
+    {
+        EXPECT_TRUE(inspector->globalClass()->methods("clickButton").first()->invoke(nullptr, {button}));
+    }
+
     void press(const char* button)
     {
         answer([button](Inspector* inspector) {
             const QString name = QStringLiteral("{type='QPushButton' name='%1'}").arg(utf8(button));
-            const SharedPtr<Object> found = inspector->waitForObject(name, patienceMs).object;
-            ASSERT_TRUE(found) << inspector->lastError().toStdString();
-            inspector->globalClass()->methods("clickButton").first()->invoke(nullptr, {found});
+            const Inspector::WaitResult found = inspector->waitForObject(name, patienceMs);
+            ASSERT_TRUE(found.object) << found.error.toStdString();
+            click(inspector, found.object);
         });
     }
 
@@ -243,12 +248,11 @@ TEST_F(DialogsOnADisplay, ReplaceTheTerminal)
     for (const char* button : {"no", "ok", "ok", "cancel"})
         press(button);
     answer([](Inspector* inspector) {
-        const SharedPtr<Object> label =
-            inspector->waitForObject(QStringLiteral("{type='QLabel' name='picture'}"), patienceMs).object;
-        ASSERT_TRUE(label) << inspector->lastError().toStdString();
-        EXPECT_EQ(inspector->globalBounds(label).size(), QSize(30, 20));
-        const SharedPtr<Object> ok = inspector->findObject(QStringLiteral("{type='QPushButton' name='ok'}"));
-        inspector->globalClass()->methods("clickButton").first()->invoke(nullptr, {ok});
+        const Inspector::WaitResult label =
+            inspector->waitForObject(QStringLiteral("{type='QLabel' name='picture'}"), patienceMs);
+        ASSERT_TRUE(label.object) << label.error.toStdString();
+        EXPECT_EQ(inspector->globalBounds(label.object)->size(), QSize(30, 20));
+        click(inspector, *inspector->findObject(QStringLiteral("{type='QPushButton' name='ok'}")));
     });
     press("ok");
     EXPECT_EQ(messages(), "there: true\nquestion: 8\ninput: Ada\nchoice: left\ncancelled: null\n"

@@ -79,10 +79,11 @@ TEST_F(Attach, AnOrdinaryEndIsAnnouncedAndAKillIsNot)
         ASSERT_TRUE(application) << qPrintable(error);
         ApplicationModel* model = Inspector::self()->addApplication(application->takeLink());
         Inspector::self()->setCurrent(model);
-        const SharedPtr<Object> control = Inspector::self()->findObject(utf8("{name='control'}"));
-        ASSERT_TRUE(control) << qPrintable(Inspector::self()->lastError());
+        const SharedPtr<Object> control = *Inspector::self()->findObject(utf8("{name='control'}"));
+        ASSERT_TRUE(control);
         if (quits)
-            control->objectClass()->methods(utf8("quitLater")).first()->invoke(control, {value(10)});
+            EXPECT_TRUE(
+                control->objectClass()->methods(utf8("quitLater")).first()->invoke(control, {value(10)}));
         else
             process.kill();
         ASSERT_TRUE(process.waitForFinished(20'000));

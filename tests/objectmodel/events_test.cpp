@@ -65,7 +65,6 @@ TEST_F(Events, ArriveInOrderDuringACallAndAHandlerMayCallTheApplication)
                                text("second Close Shape"), text("7"), text("second done"),
                                text("later Close Shape"),  text("7"), text("later done")};
     EXPECT_EQ(expected, recorder.log);
-    EXPECT_EQ(QString(), Inspector::self()->lastError()) << "a handler's failure is not the caller's";
 }
 
 TEST_F(Events, WaitForTheCallerWhenNobodyCalls)

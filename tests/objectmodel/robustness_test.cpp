@@ -26,19 +26,20 @@ protected:
         ASSERT_TRUE(control->objectClass()->property(utf8("clicks")));
     }
 
-    /** True, and the message in lastError, when a read fails; tells how long it took. */
+    /** True when a read fails; tells how long it took. */
     bool readFails(const SharedPtr<Object>& object, const char* property)
     {
         const Property* found = object->objectClass()->property(utf8(property));
         EXPECT_TRUE(found) << property;
         timer.start();
-        return found && !found->get(object);
+        running.error = found ? found->get(object).error() : QString();
+        return !running.error.isNull();
     }
-    QString lastError() const { return Inspector::self()->lastError(); }
-    void expectError(const char* part)
+    static void expectError(const QString& error, const char* part)
     {
-        EXPECT_TRUE(lastError().contains(utf8(part))) << qPrintable(lastError());
+        EXPECT_TRUE(error.contains(utf8(part))) << qPrintable(error);
     }
+    void expectError(const char* part) { expectError(running.error, part); }
     void expectAlive() { EXPECT_EQ(utf8("control"), running.get(control, "objectName")); }
 
     Running running{target()};
@@ -92,7 +93,7 @@ TEST_F(Robustness, ExitAndCrashInTheMiddleOfACall)
     timer.start();
     EXPECT_FALSE(second.call(second.find("{name='control'}"), "crash"));
     EXPECT_LT(timer.elapsed(), promptMs);
-    expectError("was killed by signal");
+    expectError(second.error, "was killed by signal");
 }
 
 TEST_F(Robustness, TheObjectIsDestroyedWhileItIsRead)
@@ -112,7 +113,7 @@ TEST_F(Robustness, AGetterThatOpensADialog)
     const SharedPtr<Object> shapes = running.find("{type='Shapes'}");
     EXPECT_TRUE(readFails(shapes, "dialogText"));
     EXPECT_LT(timer.elapsed(), promptMs);
-    EXPECT_FALSE(lastError().isEmpty());
+    EXPECT_FALSE(running.error.isEmpty());
     EXPECT_FALSE(shapes->isInvalidated());
     const SharedPtr<Object> dialog = running.find("{type='QMessageBox' visible=true}");
     ASSERT_TRUE(dialog);
@@ -123,7 +124,7 @@ TEST_F(Robustness, AGetterThatOpensADialog)
 TEST_F(Robustness, AModalDialogOpenedBySlotAndClickDoesNotHoldTheCaller)
 {
     timer.start();
-    EXPECT_TRUE(running.call(control, "openModal")) << qPrintable(lastError());
+    EXPECT_TRUE(running.call(control, "openModal")) << qPrintable(running.error);
     EXPECT_LT(timer.elapsed(), promptMs);
     running.act("type", {running.wait("{name='modalEdit'}"), value("x")});
     running.act("type", {running.wait("{name='modalEdit'}"), value("<Return>")});
@@ -152,16 +153,18 @@ TEST_F(Robustness, LookUpsWhileThousandsOfObjectsComeAndGo)
     running.call(control, "churn", {value(2000)});
     int rounds = 0;
     while (running.get(control, "log") != utf8("churned") && ++rounds < 20000) {
-        for (const SharedPtr<Object>& object : Inspector::self()->findAllObjects(utf8("{type='QLabel'}"))) {
-            const SharedPtr<Object> text = object->objectClass()->property(utf8("text"))->get(object);
-            ASSERT_TRUE(text || object->isInvalidated()) << qPrintable(lastError());
+        const ObjectList labels = *Inspector::self()->findAllObjects(utf8("{type='QLabel'}"));
+        for (const SharedPtr<Object>& object : labels) {
+            const auto text = object->objectClass()->property(utf8("text"))->get(object);
+            ASSERT_TRUE(text || object->isInvalidated()) << qPrintable(text.error());
         }
-        ASSERT_TRUE(Inspector::self()->findObject(utf8("{name='nameEdit'}"))) << qPrintable(lastError());
+        const auto edit = Inspector::self()->findObject(utf8("{name='nameEdit'}"));
+        ASSERT_TRUE(edit) << qPrintable(edit.error());
     }
     EXPECT_GT(rounds, 1);
 
     running.call(control, "makeTree", {value(2000)});
-    const ObjectList leaves = Inspector::self()->findAllObjects(utf8("{type='QTimer' name*='leaf*'}"));
+    const ObjectList leaves = *Inspector::self()->findAllObjects(utf8("{type='QTimer' name*='leaf*'}"));
     ASSERT_EQ(2000, leaves.size());
     EXPECT_EQ(utf8("1999"), running.get(leaves.last(), "interval"));
     running.call(control, "dropTree");
@@ -179,11 +182,11 @@ TEST_F(Robustness, WaitsEndWithTheChangeAndSayWhatIsMissing)
     Inspector::WaitResult result = inspector->waitForObject(utf8("{name='disabled'}"), 200);
     EXPECT_EQ(quint32(Protocol::WaitEnabled), result.failed);
     EXPECT_TRUE(result.object);
-    expectError("is not enabled");
+    expectError(result.error, "is not enabled");
     EXPECT_GE(timer.elapsed(), 199);
     result = inspector->waitForObject(utf8("{name='lateLabel'}"), 100);
     EXPECT_EQ(quint32(Protocol::WaitExists), result.failed & Protocol::WaitExists);
-    expectError("does not exist after 100 ms");
+    expectError(result.error, "does not exist after 100 ms");
     running.call(control, "appearLater", {value(200)});
     EXPECT_TRUE(running.wait("{name='lateLabel'}"));
     EXPECT_EQ(0u, inspector->waitForObject(utf8("{name='disabled'}"), 100, Protocol::WaitExists).failed);

@@ -10,9 +10,12 @@ namespace {
 
 constexpr int patienceMs = 10000;
 
-void addLastError(const char* what)
+/** The value; null with a failure of the test that says why. */
+SharedPtr<Object> orFailure(const char* what, const Result<SharedPtr<Object>>& result)
 {
-    ADD_FAILURE() << what << ": " << qPrintable(Inspector::self()->lastError());
+    if (!result)
+        ADD_FAILURE() << what << ": " << qPrintable(result.error());
+    return result.orNothing();
 }
 
 /** The arguments as those of an overload; false when one does not fit. */
@@ -26,15 +29,16 @@ bool fit(const Signature& signature, const ObjectList& arguments, ObjectList* co
         const Class* to = signature.argument(i).type();
         if (!from->canConvertTo(to, true, signature.argument(i).attribute().isIndirect(), 0))
             return false;
-        converted->append(from->convertObject(arguments[i], to, true));
-        if (!converted->last())
+        const Result<SharedPtr<Object>> value = from->convertObject(arguments[i], to, true);
+        if (!value)
             return false;
+        converted->append(*value);
     }
     return true;
 }
 
-SharedPtr<Object> invoke(const Class* type, const char* name, const SharedPtr<Object>& object,
-                         const ObjectList& arguments)
+Result<SharedPtr<Object>> invoke(const Class* type, const char* name, const SharedPtr<Object>& object,
+                                 const ObjectList& arguments)
 {
     for (const Method* method : type->methods(utf8(name))) {
         ObjectList converted;
@@ -42,7 +46,7 @@ SharedPtr<Object> invoke(const Class* type, const char* name, const SharedPtr<Ob
             return method->invoke(object, converted);
     }
     ADD_FAILURE() << "no overload of " << name << " fits";
-    return nullptr;
+    return Failure{utf8("no overload")};
 }
 
 } // namespace
@@ -72,7 +76,7 @@ LaunchOptions launchOptions(const QString& program, const QStringList& arguments
 
 Running::Running(const QString& program, const QStringList& arguments)
 {
-    QString error;
+
     application = Application::start(launchOptions(program, arguments), &error);
     if (application)
         model = Inspector::self()->addApplication(application->takeLink());
@@ -90,31 +94,34 @@ SharedPtr<Object> Running::wait(const char* name)
 {
     const Inspector::WaitResult result = Inspector::self()->waitForObject(utf8(name), patienceMs);
     if (result.failed != 0)
-        addLastError(name);
+        ADD_FAILURE() << name << ": " << qPrintable(result.error);
     return result.failed == 0 ? result.object : nullptr;
 }
 
 SharedPtr<Object> Running::find(const char* name)
 {
-    SharedPtr<Object> found = Inspector::self()->findObject(utf8(name));
-    if (!found)
-        addLastError(name);
-    return found;
+    return orFailure(name, Inspector::self()->findObject(utf8(name)));
 }
 
 QString Running::get(const SharedPtr<Object>& object, const char* property)
 {
     const Property* found = object ? object->objectClass()->property(utf8(property)) : nullptr;
-    const SharedPtr<Object> result = found ? found->get(object) : nullptr;
-    if (!result)
-        addLastError(property);
+    if (!found) {
+        ADD_FAILURE() << "there is no property " << property;
+        return QString();
+    }
+    const SharedPtr<Object> result = orFailure(property, found->get(object));
     return result ? result->toString() : QString();
 }
 
 SharedPtr<Object> Running::call(const SharedPtr<Object>& object, const char* method,
                                 const ObjectList& arguments)
 {
-    return object ? invoke(object->objectClass(), method, object, arguments) : nullptr;
+    if (!object)
+        return nullptr;
+    const Result<SharedPtr<Object>> result = invoke(object->objectClass(), method, object, arguments);
+    error = result.error();
+    return result.orNothing();
 }
 
 SharedPtr<Object> Running::act(const char* function, const ObjectList& arguments)
@@ -123,10 +130,9 @@ SharedPtr<Object> Running::act(const char* function, const ObjectList& arguments
         if (!argument)
             return nullptr;
     const Class* global = Inspector::self()->globalClass();
-    const SharedPtr<Object> result = global ? invoke(global, function, nullptr, arguments) : nullptr;
-    if (!result)
-        addLastError(function);
-    return result;
+    if (!global)
+        return orFailure(function, Inspector::noApplication());
+    return orFailure(function, invoke(global, function, nullptr, arguments));
 }
 
 bool Running::becomes(const SharedPtr<Object>& object, const char* property, const char* text)

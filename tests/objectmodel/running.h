@@ -48,6 +48,7 @@ public:
     /** A property as text, a null string on failure. */
     QString get(const SharedPtr<Object>& object, const char* property);
     /** The overload is the first that the arguments convert to. */
+    /** Null after a failure, with why in `error`. */
     SharedPtr<Object> call(const SharedPtr<Object>& object, const char* method,
                            const ObjectList& arguments = {});
     /** A function of the global class. */
@@ -57,6 +58,7 @@ public:
 
     std::unique_ptr<Application> application;
     ApplicationModel* model = nullptr;
+    QString error;
 };
 
 LaunchOptions launchOptions(const QString& program, const QStringList& arguments = {});

@@ -33,7 +33,10 @@ public:
     SampleModel(const SampleModel&) = delete;
     SampleModel& operator=(const SampleModel&) = delete;
 
-    SharedPtr<Object> find(const char* name) const { return Inspector::self()->findObject(text(name)); }
+    SharedPtr<Object> find(const char* name) const
+    {
+        return Inspector::self()->findObject(text(name)).orNothing();
+    }
 
     LocalModel* model = nullptr;
     ApplicationModel* application = nullptr;

@@ -25,21 +25,21 @@ TEST(Calculator, IsDescribedAndShown)
     Inspector* inspector = Inspector::self();
     const SharedPtr<Object> button = calculator.wait("{type='Button' text='7' window={type='Calculator'}}");
     ASSERT_TRUE(button);
-    EXPECT_TRUE(inspector->findObject(button->realName())->compare(button)) << qPrintable(button->realName());
-    EXPECT_EQ(30, inspector->findAllObjects(utf8("{type='Button'}")).size() + 3) << "27 buttons";
+    const QString realName = *button->realName();
+    EXPECT_TRUE(inspector->findObject(realName)->compare(button)) << qPrintable(realName);
+    EXPECT_EQ(30, inspector->findAllObjects(utf8("{type='Button'}"))->size() + 3) << "27 buttons";
     const Class* type = button->objectClass();
     EXPECT_GE(type->inheritanceDepth(inspector->classByName(utf8("QWidget"))), 2);
     EXPECT_TRUE(inspector->parent(button)->compare(calculator.find("{type='Calculator'}")));
 
-    const QRect bounds = inspector->globalBounds(button);
+    const QRect bounds = *inspector->globalBounds(button);
     EXPECT_TRUE(inspector->objectAt(bounds.center().x(), bounds.center().y())->compare(button));
-    EXPECT_TRUE(inspector->grabScreenshot(button).startsWith("\x89PNG"));
+    EXPECT_TRUE(inspector->grabScreenshot(button)->startsWith("\x89PNG"));
     EXPECT_TRUE(inspector->highlight(button, 10));
 
-    EXPECT_FALSE(inspector->findObject(utf8("{type='Button' text='8' visible=false}")));
-    EXPECT_TRUE(inspector->lastError().contains(utf8("visible"))) << qPrintable(inspector->lastError());
-    EXPECT_FALSE(inspector->findObject(utf8("{type='NoSuchType'}")));
-    EXPECT_FALSE(inspector->lastError().isEmpty());
+    const QString miss = inspector->findObject(utf8("{type='Button' text='8' visible=false}")).error();
+    EXPECT_TRUE(miss.contains(utf8("visible"))) << qPrintable(miss);
+    EXPECT_FALSE(inspector->findObject(utf8("{type='NoSuchType'}")).error().isEmpty());
 }
 
 TEST(AddressBook, AnEntryAddedThroughMenuAndDialogIsARow)
@@ -55,14 +55,13 @@ TEST(AddressBook, AnEntryAddedThroughMenuAndDialogIsARow)
     // While the dialog is open the main window takes no input, and the wait says so.
     const Inspector::WaitResult blocked = Inspector::self()->waitForObject(utf8("{type='QMenuBar'}"), 100);
     EXPECT_EQ(quint32(Protocol::WaitNotBlocked), blocked.failed);
-    EXPECT_TRUE(Inspector::self()->lastError().contains(utf8("blocked")))
-        << qPrintable(Inspector::self()->lastError());
+    EXPECT_TRUE(blocked.error.contains(utf8("blocked"))) << qPrintable(blocked.error);
 
     book.act("clickButton", {book.wait("{type='QPushButton' text='OK' window={type='AddDialog'}}")});
     book.act("clickItem", {book.wait("{type='AddressWidget'}"), value("DEF")});
     const SharedPtr<Object> table = book.wait("{type='QTableView' visible=true}");
     const Inspector::WaitResult row = Inspector::self()->waitForItem(table, utf8("Erika M\\."), 5000);
-    EXPECT_EQ(0u, row.failed) << qPrintable(Inspector::self()->lastError());
+    EXPECT_EQ(0u, row.failed) << qPrintable(row.error);
     const Inspector::WaitResult address = Inspector::self()->waitForItem(table, 0, 1, 5000);
     ASSERT_EQ(0u, address.failed);
     EXPECT_EQ(utf8("Heidestr. 17"), book.get(address.object, "text"));
@@ -75,7 +74,7 @@ TEST(Spreadsheet, ACellIsReadAndEdited)
     ASSERT_TRUE(sheet.isGood());
     const SharedPtr<Object> table = sheet.wait("{type='QTableWidget'}");
     const Inspector::WaitResult cell = Inspector::self()->waitForItem(table, 1, 0, 5000);
-    ASSERT_EQ(0u, cell.failed) << qPrintable(Inspector::self()->lastError());
+    ASSERT_EQ(0u, cell.failed) << qPrintable(cell.error);
     EXPECT_EQ(utf8("AirportBus"), sheet.get(cell.object, "text"));
     sheet.act("doubleClickItem", {table, value("AirportBus")});
     const SharedPtr<Object> editor = sheet.wait("{type='QLineEdit' container={type='QTableWidget'}}");

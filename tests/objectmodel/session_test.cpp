@@ -83,11 +83,9 @@ std::unique_ptr<Session> connectTo(FarEnd& far)
     return session;
 }
 
-bool ping(Session* session, LinkError* error, int timeoutMs = 5000)
+LinkError ping(Session* session, int timeoutMs = 5000)
 {
-    QByteArray reply;
-    *error = LinkError();
-    return session->exchange(RequestNumber::Ping, encode(Ping()), timeoutMs, &reply, error);
+    return session->exchange(RequestNumber::Ping, encode(Ping()), timeoutMs).failure();
 }
 
 TEST(Session, LetsInOnlyAnAgentThatShowsTheToken)
@@ -169,8 +167,9 @@ TEST(Session, RepliesFindTheirRequestsWhateverTheirOrder)
     const auto session = connectTo(far);
     QStringList order;
     const auto ask = [&](QByteArray* reply) {
-        LinkError error;
-        return session->exchange(RequestNumber::ToText, encode(ToText()), 5000, reply, &error);
+        const auto answer = session->exchange(RequestNumber::ToText, encode(ToText()), 5000);
+        *reply = answer.orNothing();
+        return bool(answer);
     };
     session->setPushSink([&](const Frame& frame) {
         if (frame.kind == FrameKind::Reply) {
@@ -216,14 +215,12 @@ TEST(Session, TheEndOfTheOtherSideEndsACallAtOnce)
         session->setEndExplainer([] { return QStringLiteral("it went"); });
         QElapsedTimer timer;
         timer.start();
-        LinkError error;
-        EXPECT_FALSE(ping(session.get(), &error)) << entry.what;
+        const LinkError error = ping(session.get());
         EXPECT_LT(timer.elapsed(), 1000) << entry.what;
         EXPECT_EQ(LinkError::Closed, error.kind) << entry.what;
         EXPECT_TRUE(error.text.contains(QString::fromLatin1(entry.error))) << qPrintable(error.text);
         EXPECT_FALSE(session->isOpen());
-        EXPECT_FALSE(ping(session.get(), &error)) << "and every later call";
-        EXPECT_EQ(LinkError::Closed, error.kind);
+        EXPECT_EQ(LinkError::Closed, ping(session.get()).kind) << "and every later call";
     }
 }
 
@@ -239,11 +236,10 @@ TEST(Session, ALateReplyIsDroppedAndTheNextCallIsRight)
         agent.read();
     });
     const auto session = connectTo(far);
-    LinkError error;
-    EXPECT_FALSE(ping(session.get(), &error, 50));
+    LinkError error = ping(session.get(), 50);
     EXPECT_EQ(LinkError::TimedOut, error.kind);
     EXPECT_TRUE(error.text.contains(QStringLiteral("50 ms")));
-    EXPECT_FALSE(ping(session.get(), &error));
+    error = ping(session.get());
     EXPECT_EQ(LinkError::Answered, error.kind);
     EXPECT_EQ(ErrorClass::NotFound, error.errorClass);
     EXPECT_EQ(QStringLiteral("second"), error.text);
@@ -268,8 +264,7 @@ TEST(Session, ReferencesInALateReplyAreGivenBack)
         });
         ApplicationModel model(1, connectTo(far));
         model.setCallTimeout(50);
-        EXPECT_FALSE(model.call(Find()));
-        EXPECT_EQ(LinkError::TimedOut, model.lastLinkError().kind);
+        EXPECT_EQ("The application did not answer within 50 ms", model.call(Find()).error());
         model.setCallTimeout(5000);
         EXPECT_TRUE(model.call(Ping()));
         model.processEvents(0);
@@ -293,10 +288,9 @@ TEST(Session, ALargeRequestAndALargeReplyCrossWithoutWaitingForEachOther)
     const auto session = connectTo(far);
     int pushed = 0;
     session->setPushSink([&](const Frame& frame) { pushed += frame.body.size(); });
-    QByteArray reply;
-    LinkError error;
-    ASSERT_TRUE(session->exchange(RequestNumber::Screenshot, encode(ImageReply{big}), 20000, &reply, &error));
-    EXPECT_EQ(encode(ImageReply{big}), reply);
+    const auto reply = session->exchange(RequestNumber::Screenshot, encode(ImageReply{big}), 20000);
+    ASSERT_TRUE(reply);
+    EXPECT_EQ(encode(ImageReply{big}), *reply);
     EXPECT_GT(pushed, big.size());
 }
 

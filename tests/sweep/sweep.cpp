@@ -42,7 +42,7 @@ private:
     bool isVisible(const SharedPtr<Object>& object);
     void fault(const QString& text);
     /** Objects come and go while an application runs; what has gone is no fault. */
-    void faultUnlessGone(const SharedPtr<Object>& object, const QString& what);
+    void faultUnlessGone(const SharedPtr<Object>& object, const QString& what, const QString& error);
 
     SweepTarget m_target;
     SweepResult m_result;
@@ -52,20 +52,14 @@ private:
     QSet<const Class*> m_described;
 };
 
-QString lastError()
-{
-    return Inspector::self()->lastError();
-}
-
 void Sweep::fault(const QString& text)
 {
     if (m_result.faults.size() < maxFaults && !m_result.faults.contains(text))
         m_result.faults.append(text);
 }
 
-void Sweep::faultUnlessGone(const SharedPtr<Object>& object, const QString& what)
+void Sweep::faultUnlessGone(const SharedPtr<Object>& object, const QString& what, const QString& error)
 {
-    const QString error = lastError();
     Inspector::self()->processEvents(0);
     if (!object->isInvalidated() || !m_model->isAlive())
         fault(QStringLiteral("%1: %2").arg(what, error));
@@ -107,24 +101,30 @@ void Sweep::settle()
 bool Sweep::isVisible(const SharedPtr<Object>& object)
 {
     const Property* visible = object->objectClass()->property(QStringLiteral("visible"));
-    const SharedPtr<Object> value = visible ? visible->get(object) : nullptr;
+    if (!visible)
+        return false;
+    const Result<SharedPtr<Object>> value = visible->get(object);
     return value && value->toBool();
 }
 
 void Sweep::checkName(const SharedPtr<Object>& object)
 {
-    QString name;
+    Result<QString> name = QString();
+    QString error;
     for (int i = 0; i < nameAttempts; ++i) {
         name = object->realName();
-        const SharedPtr<Object> found = name.isEmpty() ? nullptr : Inspector::self()->findObject(name);
+        const Result<SharedPtr<Object>> found =
+            name.then([](const QString& text) { return Inspector::self()->findObject(text); });
         if (found && found->compare(object))
             return;
-        if (found)
-            Inspector::self()->setLastError(
-                QStringLiteral("it finds %1 %2").arg(found->realName()).arg(found->remoteId()));
+        error =
+            found ? QStringLiteral("it finds %1 %2").arg(found->realName().orNothing()).arg(found->remoteId())
+                  : found.error();
     }
-    faultUnlessGone(
-        object, QStringLiteral("the real name %1 of a %2 does not find it").arg(name, object->className()));
+    faultUnlessGone(object,
+                    QStringLiteral("the real name %1 of a %2 does not find it")
+                        .arg(name.orNothing(), object->className()),
+                    error);
 }
 
 void Sweep::readProperties(const SharedPtr<Object>& object)
@@ -135,13 +135,14 @@ void Sweep::readProperties(const SharedPtr<Object>& object)
         if (!property->isReadable())
             continue;
         ++m_result.properties;
-        const SharedPtr<Object> value = property->get(object);
+        const Result<SharedPtr<Object>> value = property->get(object);
+        const QString what = QStringLiteral("%1.%2").arg(type->name(), property->name());
         if (!value) {
-            faultUnlessGone(object, QStringLiteral("%1.%2").arg(type->name(), property->name()));
+            faultUnlessGone(object, what, value.error());
             continue;
         }
         if (value->toString().isNull())
-            faultUnlessGone(value, QStringLiteral("the text of %1.%2").arg(type->name(), property->name()));
+            faultUnlessGone(*value, what, QStringLiteral("it has no text"));
         describeClass(value->objectClass());
     }
 }
@@ -152,7 +153,6 @@ void Sweep::describeClass(const Class* type)
         return;
     m_described.insert(type);
     ++m_result.classes;
-    Inspector::self()->setLastError(QString());
     for (int i = 0; i < type->numSuperClasses(); ++i)
         describeClass(type->superClass(i));
     for (int i = 0; i < type->numEnumerators(); ++i)
@@ -167,24 +167,28 @@ void Sweep::describeClass(const Class* type)
         for (int a = 0; a < method->signature().count(); ++a)
             describeClass(method->signature().argument(a).type());
     }
-    if (!lastError().isEmpty())
-        fault(QStringLiteral("the class %1: %2").arg(type->name(), lastError()));
+    if (!type->isInitialized() && m_model->isAlive())
+        fault(QStringLiteral("the class %1 is not described").arg(type->name()));
 }
 
 /** Where it is, what is there, and how it looks. */
 void Sweep::lookAt(const SharedPtr<Object>& object)
 {
     Inspector* inspector = Inspector::self();
-    inspector->setLastError(QString());
-    const QRect bounds = inspector->globalBounds(object);
-    if (!lastError().isEmpty())
-        faultUnlessGone(object, QStringLiteral("the bounds of %1").arg(object->className()));
-    inspector->objectAt(bounds.center().x(), bounds.center().y());
-    if (!lastError().isEmpty())
-        fault(QStringLiteral("what is at %1: %2").arg(object->className(), lastError()));
-    const bool hasArea = bounds.width() > 0 && bounds.height() > 0;
-    if (hasArea && !inspector->grabScreenshot(object).startsWith("\x89PNG"))
-        faultUnlessGone(object, QStringLiteral("the picture of %1").arg(object->className()));
+    const Result<QRect> bounds = inspector->globalBounds(object);
+    if (!bounds) {
+        faultUnlessGone(object, QStringLiteral("the bounds of %1").arg(object->className()), bounds.error());
+        return;
+    }
+    const auto there = inspector->objectAt(bounds->center().x(), bounds->center().y());
+    if (!there)
+        fault(QStringLiteral("what is at %1: %2").arg(object->className(), there.error()));
+    if (bounds->isEmpty())
+        return;
+    const Result<QByteArray> picture = inspector->grabScreenshot(object);
+    if (!picture->startsWith("\x89PNG"))
+        faultUnlessGone(object, QStringLiteral("the picture of %1").arg(object->className()),
+                        picture.error());
 }
 
 void Sweep::visit(const SharedPtr<Object>& object)
@@ -202,16 +206,18 @@ void Sweep::visit(const SharedPtr<Object>& object)
 
 void Sweep::visitTree()
 {
-    ObjectList left = Inspector::self()->topLevelObjects();
-    if (left.isEmpty())
-        fault(QStringLiteral("it has no objects: %1").arg(lastError()));
+    const Result<ObjectList> roots = Inspector::self()->topLevelObjects();
+    if (roots->isEmpty())
+        fault(QStringLiteral("it has no objects: %1").arg(roots.error()));
+    ObjectList left = *roots;
     while (!left.isEmpty() && m_model->isAlive()) {
         const SharedPtr<Object> object = left.takeLast();
         visit(object);
-        Inspector::self()->setLastError(QString());
-        left += Inspector::self()->children(object);
-        if (!lastError().isEmpty())
-            faultUnlessGone(object, QStringLiteral("the children of %1").arg(object->className()));
+        const Result<ObjectList> children = Inspector::self()->children(object);
+        if (!children)
+            faultUnlessGone(object, QStringLiteral("the children of %1").arg(object->className()),
+                            children.error());
+        left += *children;
     }
 }
 
@@ -221,8 +227,8 @@ void Sweep::end()
         fault(QStringLiteral("it ended by itself: %1").arg(m_model->endReason()));
         return;
     }
-    if (!Inspector::self()->ping(m_model, answerMs))
-        fault(QStringLiteral("it does not answer any more: %1").arg(lastError()));
+    if (const Result<void> answer = Inspector::self()->ping(m_model, answerMs); !answer)
+        fault(QStringLiteral("it does not answer any more: %1").arg(answer.error()));
     QElapsedTimer timer;
     timer.start();
     // One that shows a dialog before its event loop needs to be asked again.
@@ -240,11 +246,11 @@ void Sweep::end()
 void Sweep::askToQuit()
 {
     // The application object is the last of them.
-    const ObjectList roots = Inspector::self()->topLevelObjects();
+    const ObjectList roots = Inspector::self()->topLevelObjects().orNothing();
     const SharedPtr<Object> root = roots.isEmpty() ? nullptr : roots.last();
     const auto quits = root ? root->objectClass()->methods(QStringLiteral("quit")) : QVector<const Method*>();
     if (!quits.isEmpty())
-        quits.first()->invoke(root, {});
+        quits.first()->invoke(root, {}).orNothing(); // it may go before it answers
 }
 
 SweepResult Sweep::run()

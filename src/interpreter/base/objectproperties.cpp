@@ -45,16 +45,17 @@ SharedPtr<ScriptArgument> argumentOf(const ScriptContext& context, const SharedP
 
 } // namespace
 
-SharedPtr<ScriptArgument> objectPropertiesArgument(const ScriptContext& context,
-                                                   const SharedPtr<Object>& object)
+Result<SharedPtr<ScriptArgument>> objectPropertiesArgument(const ScriptContext& context,
+                                                           const SharedPtr<Object>& object)
 {
-    ScriptArgument::Map map;
     const QVector<const Property*> properties = Property::readable(object->objectClass());
-    const ObjectList values = Property::getAll(object, properties);
-    for (int i = 0; i < properties.size(); ++i)
-        if (values[i])
-            map[properties[i]->name()] = argumentOf(context, values[i]);
-    return context.toArgument(map);
+    return Property::getAll(object, properties).then([&](const ObjectList& values) {
+        ScriptArgument::Map map;
+        for (int i = 0; i < properties.size(); ++i)
+            if (values[i])
+                map[properties[i]->name()] = argumentOf(context, values[i]);
+        return context.toArgument(map);
+    });
 }
 
 } // namespace Torvix

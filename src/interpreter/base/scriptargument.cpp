@@ -33,7 +33,7 @@ PropertyValue ScriptArgument::toPropertyValue() const
     if (isMap())
         return PropertyValue(toRealName(), PropertyValue::Exact, PropertyValue::Name);
     if (isObject())
-        return PropertyValue(toObject()->realName(), PropertyValue::Exact, PropertyValue::Name);
+        return PropertyValue(toObject()->realName().orNothing(), PropertyValue::Exact, PropertyValue::Name);
     if (isNumber())
         return PropertyValue(toString(), PropertyValue::Exact, PropertyValue::Number);
     if (isBoolean())

@@ -100,7 +100,11 @@ SharedPtr<ScriptArgument> ScriptContext::argument(int index) const
 
 void ScriptContext::setObjectPropertiesResult(SharedPtr<Object> object)
 {
-    setResult(objectPropertiesArgument(*this, object));
+    const Result<SharedPtr<ScriptArgument>> properties = objectPropertiesArgument(*this, object);
+    if (properties)
+        setResult(*properties);
+    else
+        setError(properties.error());
 }
 
 void ScriptContext::setStackTraceResult(const std::vector<Debugger::Location>& locations)

@@ -35,8 +35,8 @@ std::vector<VariableRow> VariableWatcher::objectBindings(const QString& prefix,
 {
     std::vector<VariableRow> rows;
     const QVector<const Property*> properties = Property::readable(object->objectClass());
-    const ObjectList values = Property::getAll(object, properties);
-    for (int i = 0; i < properties.size(); ++i) {
+    const ObjectList values = Property::getAll(object, properties).orNothing();
+    for (int i = 0; i < values.size(); ++i) {
         const SharedPtr<Object>& value = values[i];
         if (!value)
             continue;

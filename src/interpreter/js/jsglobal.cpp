@@ -87,12 +87,12 @@ KJS::Value JsGlobalImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
     Inspector* inspector = Inspector::self();
     if (const Class* global = inspector->globalClass()) {
         if (const Property* property = global->property(key)) {
-            const SharedPtr<Object> value = property->get(nullptr);
+            const Result<SharedPtr<Object>> value = property->get(nullptr);
             if (!value)
-                return generalError(exec,
-                                    withLastError(QStringLiteral("Error occurred when reading property")));
+                return generalError(
+                    exec, withReason(QStringLiteral("Error occurred when reading property"), value));
             // Global values stay wrappers, unlike those of objects: intended.
-            return jsWrap(exec, value);
+            return jsWrap(exec, *value);
         }
         if (!global->methods(key).isEmpty())
             return new JsFunc(exec, global, key);

@@ -68,10 +68,13 @@ bool ScreenSearch::look(ScriptContext* context)
 {
     QString error;
     m_view.image = m_object ? grabObject(m_object, &error) : grabDesktop(&error);
-    m_view.origin = m_object ? Inspector::self()->globalBounds(m_object).topLeft() : QPoint();
-    if (m_view.image.isNull())
+    const Result<QRect> bounds = m_object ? Inspector::self()->globalBounds(m_object) : QRect();
+    if (error.isEmpty())
+        error = bounds.error();
+    m_view.origin = bounds.orNothing().topLeft();
+    if (!error.isEmpty())
         context->setError(error);
-    return !m_view.image.isNull();
+    return error.isEmpty();
 }
 
 QRect ScreenSearch::onDesktop(const QRect& place) const

@@ -22,8 +22,6 @@ QImage fromPng(const QByteArray& png, QString* error)
     if (ratio > 0)
         image.setDevicePixelRatio(ratio);
     if (image.isNull())
-        *error = Inspector::self()->lastError();
-    if (image.isNull() && error->isEmpty())
         *error = QStringLiteral("The screenshot cannot be read");
     return image;
 }
@@ -46,29 +44,25 @@ QImage grabDisplay(const QString& display, QString* error)
 QImage grabDesktop(QString* error)
 {
     Inspector* inspector = Inspector::self();
-    if (inspector->current()) {
-        const QByteArray png = inspector->grabScreenshot(nullptr, Protocol::ScreenshotArea::Screen);
-        if (!png.isEmpty())
-            return fromPng(png, error);
-    }
+    Result<QByteArray> png =
+        Failure{QStringLiteral("There is nothing to take a screenshot of: no application runs, and there is "
+                               "no X display (DISPLAY is not set)")};
+    if (inspector->current())
+        png = inspector->grabScreenshot(nullptr, Protocol::ScreenshotArea::Screen);
+    if (png)
+        return fromPng(*png, error);
     const QString display = QString::fromLocal8Bit(qgetenv("DISPLAY"));
     if (!display.isEmpty())
         return grabDisplay(display, error);
-    *error = inspector->current() ? inspector->lastError()
-                                  : QStringLiteral("There is nothing to take a screenshot of: no application "
-                                                   "runs, and there is no X display (DISPLAY is not set)");
+    *error = png.error();
     return {};
 }
 
 QImage grabObject(const SharedPtr<Object>& object, QString* error)
 {
-    const QByteArray png = Inspector::self()->grabScreenshot(object);
-    if (!png.isEmpty())
-        return fromPng(png, error);
-    *error = Inspector::self()->lastError();
-    if (error->isEmpty())
-        *error = QStringLiteral("The object has no screenshot");
-    return {};
+    const Result<QByteArray> png = Inspector::self()->grabScreenshot(object);
+    *error = png.error();
+    return png ? fromPng(*png, error) : QImage();
 }
 
 bool savePng(const QImage& image, const QString& path, QString* error)

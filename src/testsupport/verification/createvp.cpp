@@ -168,7 +168,7 @@ QString create(ScriptContext* context, const SharedPtr<Object>& object, const QS
  *  verification point is about, such as a text. */
 QString nameOf(const ScriptArgument& given, const SharedPtr<Object>& object)
 {
-    return given.toObject() ? object->name() : given.toRealName();
+    return given.toObject() ? object->name().orNothing() : given.toRealName();
 }
 
 void createFor(ScriptContext* context, const char* function, const Aspects* wanted)

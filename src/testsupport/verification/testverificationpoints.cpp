@@ -36,11 +36,9 @@ SharedPtr<Object> objectOf(const VerificationCheck& check, const SharedPtr<Objec
         *error = QStringLiteral("A check names no object; use test.vpWithObject(name, object)");
         return nullptr;
     }
-    Inspector* inspector = Inspector::self();
     const Inspector::WaitResult found =
-        inspector->waitForObject(check.object, defaultWaitTimeoutMs(), Protocol::WaitExists);
-    if (!found.object)
-        *error = inspector->lastError();
+        Inspector::self()->waitForObject(check.object, defaultWaitTimeoutMs(), Protocol::WaitExists);
+    *error = found.error;
     return found.object;
 }
 

@@ -74,21 +74,11 @@ QString wanted(const ExpectedProperty& expected)
     }
 }
 
-/** Undefined, with the reason in the error, when it cannot be read. */
-QJsonValue readProperty(const SharedPtr<Object>& object, const QString& name, QString* text, QString* error)
+Result<SharedPtr<Object>> readProperty(const SharedPtr<Object>& object, const QString& name)
 {
-    const Property* property = object->objectClass()->property(name);
-    if (!property) {
-        *error = QStringLiteral("%1 has no property '%2'").arg(object->className(), name);
-        return QJsonValue::Undefined;
-    }
-    const SharedPtr<Object> value = property->get(object);
-    if (!value) {
-        *error = Inspector::self()->lastError();
-        return QJsonValue::Undefined;
-    }
-    *text = value->toString();
-    return jsonOf(value);
+    if (const Property* property = object->objectClass()->property(name))
+        return property->get(object);
+    return Failure{QStringLiteral("%1 has no property '%2'").arg(object->className(), name)};
 }
 
 void verifyProperties(const VerificationCheck& check, const SharedPtr<Object>& object,
@@ -97,14 +87,13 @@ void verifyProperties(const VerificationCheck& check, const SharedPtr<Object>& o
     const QJsonObject given = check.json[QLatin1String("properties")].toObject();
     QJsonObject all;
     for (const ExpectedProperty& expected : check.properties) {
-        QString text;
-        QString error;
-        const QJsonValue seen = readProperty(object, expected.name, &text, &error);
-        if (seen.isUndefined()) {
-            finding->differences += QStringLiteral("%1: %2").arg(expected.name, error);
+        const Result<SharedPtr<Object>> value = readProperty(object, expected.name);
+        if (!value) {
+            finding->differences += QStringLiteral("%1: %2").arg(expected.name, value.error());
             continue;
         }
-        const bool holds = matches(expected, seen, text);
+        const QJsonValue seen = jsonOf(*value);
+        const bool holds = matches(expected, seen, value->toString());
         all[expected.name] = holds ? given[expected.name] : seen;
         if (!holds)
             finding->differences += QStringLiteral("%1: expected %2, found %3")
@@ -114,46 +103,47 @@ void verifyProperties(const VerificationCheck& check, const SharedPtr<Object>& o
         (*seenCheck)[QLatin1String("properties")] = all;
 }
 
-/** Calls the overload with as many arguments. Null with the last error set, or when there is none. */
-SharedPtr<Object> callMethod(const SharedPtr<Object>& object, const char* name, const ObjectList& arguments)
+/** Calls the overload with as many arguments, which every view or model of a table has. */
+Result<SharedPtr<Object>> callMethod(const SharedPtr<Object>& object, const char* name,
+                                     const ObjectList& arguments)
 {
-    Inspector::self()->setLastError(QString());
     for (const Method* method : object->objectClass()->methods(QLatin1String(name)))
         if (method->signature().arguments().size() == arguments.size())
             return method->invoke(object, arguments);
-    return nullptr;
+    return Failure{QStringLiteral("%1 is no table: it has no rows and columns").arg(object->className())};
 }
 
-/** The texts of a model's rows. False with the reason in the error. */
-bool readTable(const SharedPtr<Object>& object, QJsonArray* rows, QString* error)
+Result<QString> readCell(const SharedPtr<Object>& model, int row, int column)
 {
-    Inspector* inspector = Inspector::self();
-    SharedPtr<Object> model = callMethod(object, "model", {});
-    if (!model)
-        model = object;
-    const SharedPtr<Object> rowCount = callMethod(model, "rowCount", {});
-    const SharedPtr<Object> columnCount = callMethod(model, "columnCount", {});
-    if (!rowCount || !columnCount) {
-        *error = inspector->lastError();
-        if (error->isEmpty())
-            *error = QStringLiteral("%1 is no table: it has no rows and columns").arg(object->className());
-        return false;
-    }
+    const Inspector* inspector = Inspector::self();
+    return callMethod(model, "index", {inspector->createInteger(row), inspector->createInteger(column)})
+        .then([&model](const SharedPtr<Object>& index) { return callMethod(model, "data", {index}); })
+        .then([](const SharedPtr<Object>& data) { return data->isNull() ? QString() : data->toString(); });
+}
+
+/** The texts of the rows of a model, or of the model that a view shows. */
+Result<QJsonArray> readTable(const SharedPtr<Object>& object)
+{
+    const Result<SharedPtr<Object>> shown = callMethod(object, "model", {});
+    const SharedPtr<Object> model = shown ? *shown : object;
+    const Result<SharedPtr<Object>> rowCount = callMethod(model, "rowCount", {});
+    if (!rowCount)
+        return rowCount.failure();
+    const Result<SharedPtr<Object>> columnCount = callMethod(model, "columnCount", {});
+    if (!columnCount)
+        return columnCount.failure();
+    QJsonArray rows;
     for (int row = 0; row < rowCount->toInt(); ++row) {
         QJsonArray cells;
         for (int column = 0; column < columnCount->toInt(); ++column) {
-            const SharedPtr<Object> index =
-                callMethod(model, "index", {inspector->createInteger(row), inspector->createInteger(column)});
-            const SharedPtr<Object> text = index ? callMethod(model, "data", {index}) : nullptr;
-            if (!text) {
-                *error = inspector->lastError();
-                return false;
-            }
-            cells.append(text->isNull() ? QString() : text->toString());
+            const Result<QString> cell = readCell(model, row, column);
+            if (!cell)
+                return cell.failure();
+            cells.append(*cell);
         }
-        rows->append(cells);
+        rows.append(cells);
     }
-    return true;
+    return rows;
 }
 
 /** Cells that hold, or are not looked at, stay as they were given in the row that was seen. */
@@ -181,9 +171,11 @@ void compareRow(int row, const QVector<QJsonValue>& expected, QJsonArray* seen, 
 void verifyTable(const ExpectedTable& table, const SharedPtr<Object>& object, VerificationFinding* finding,
                  QJsonObject* seenCheck)
 {
-    QJsonArray rows;
-    if (!readTable(object, &rows, &finding->error))
+    const Result<QJsonArray> read = readTable(object);
+    finding->error = read.error();
+    if (!read)
         return;
+    QJsonArray rows = *read;
     if (table.rows.size() != rows.size())
         finding->differences +=
             QStringLiteral("table: expected %1 rows, found %2").arg(table.rows.size()).arg(rows.size());

@@ -55,10 +55,10 @@ protected:
     {
         const Protocol::ObjectRef ref = local->addObject(className, global, attribute);
         const QString name = QStringLiteral("{name='%1' type='%2'}").arg(QLatin1String(global), className);
-        const SharedPtr<Object> object = Inspector::self()->findObject(name);
-        EXPECT_TRUE(object) << Inspector::self()->lastError().toStdString();
+        const Result<SharedPtr<Object>> object = Inspector::self()->findObject(name);
+        EXPECT_TRUE(object) << object.error().toStdString();
         KJS::ExecState* exec = interpreter->getGlobalExecState();
-        exec->interpreter()->globalObject().put(exec, global, jsWrap(exec, object));
+        exec->interpreter()->globalObject().put(exec, global, jsWrap(exec, *object));
         return ref.id;
     }
 

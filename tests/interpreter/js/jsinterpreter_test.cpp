@@ -342,7 +342,7 @@ TEST_F(JsInterpreterWithApplicationTest, EnumeratorsOfTheGlobalClassAreHiddenCon
 TEST_F(JsInterpreterWithApplicationTest, ItsEndReleasesEveryObjectOfTheApplication)
 {
     const auto find = [](KJS::ExecState* exec, KJS::Object&, const KJS::List&) {
-        return jsWrap(exec, Inspector::self()->findObject(QString("{name='first'}")));
+        return jsWrap(exec, *Inspector::self()->findObject(QString("{name='first'}")));
     };
     KJS::ExecState* exec = interpreter->getGlobalExecState();
     KJS::Object global = exec->interpreter()->globalObject();

@@ -115,6 +115,7 @@ TEST_F(Wrappers, OfDestroyedObjectsFailClearlyAndStayValues)
     EXPECT_EQ("Error: Attempt to access an invalidated object", thrown("thing.number"));
     EXPECT_EQ("Error: Attempt to access an invalidated object", thrown("thing.act()"));
     EXPECT_EQ("Error: Attempt to modify an invalidated object", thrown("thing.number = 1"));
+    EXPECT_EQ("TypeError: The Thing has been destroyed", thrown("object.properties(thing)"));
     EXPECT_EQ("true", text("'number' in thing"));
 }
 

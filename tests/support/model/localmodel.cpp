@@ -101,20 +101,22 @@ int LocalModel::requestCount() const
     return m_state->requests;
 }
 
-bool LocalModel::exchange(RequestNumber number, const QByteArray& body, int, QByteArray* reply,
-                          LinkError* error)
+Result<QByteArray, LinkError> LocalModel::exchange(RequestNumber number, const QByteArray& body, int)
 {
+    QByteArray reply;
+    LinkError error;
     if (m_state->isOpen) {
         ++m_state->requests;
-        *error = LinkError();
-        Answer(m_state.get(), reply, error).give(number, body);
+        Answer(m_state.get(), &reply, &error).give(number, body);
         pump(0);
     }
     if (!m_state->isOpen) {
-        error->kind = LinkError::Closed;
-        error->text = QStringLiteral("The application has ended: %1").arg(m_state->closeReason);
+        error.kind = LinkError::Closed;
+        error.text = QStringLiteral("The application has ended: %1").arg(m_state->closeReason);
     }
-    return error->kind == LinkError::None;
+    if (error.kind != LinkError::None)
+        return error;
+    return reply;
 }
 
 void LocalModel::post(RequestNumber number, const QByteArray& body)

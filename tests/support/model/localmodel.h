@@ -93,8 +93,8 @@ public:
     /** Requests that were answered so far, without releases. */
     int requestCount() const;
 
-    bool exchange(Protocol::RequestNumber number, const QByteArray& body, int timeoutMs, QByteArray* reply,
-                  LinkError* error) override;
+    Result<QByteArray, LinkError> exchange(Protocol::RequestNumber number, const QByteArray& body,
+                                           int timeoutMs) override;
     void post(Protocol::RequestNumber number, const QByteArray& body) override;
     void pump(int timeoutMs) override;
     bool isOpen() const override;

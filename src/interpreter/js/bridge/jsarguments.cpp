@@ -33,7 +33,7 @@ bool stringFromObject(const SharedPtr<Object>& object, QString* out)
     const bool indirect = object->objectAttribute().isIndirect();
     if (!object->objectClass()->canConvertTo(stringClass, indirect, false, 1))
         return false;
-    const SharedPtr<Object> text = convertTo(object, stringClass, false);
+    const SharedPtr<Object> text = convertTo(object, stringClass, false).orNothing();
     if (!text)
         return false;
     *out = text->toString();
@@ -83,7 +83,7 @@ bool qstrFromStringOrObjectArg(KJS::ExecState* exec, const KJS::List& args, cons
         return true;
     }
     if (const SharedPtr<Object> object = jsUnWrap(exec, value)) {
-        *out = object->realName();
+        *out = object->realName().orNothing();
         return true;
     }
     typeError(exec, QStringLiteral("Invalid argument type"));

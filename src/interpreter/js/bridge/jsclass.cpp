@@ -39,7 +39,7 @@ KJS::Value JsClassImp::get(KJS::ExecState* exec, const KJS::Identifier& name) co
             return referenceError(exec, QStringLiteral("Can't access property without object reference"));
         if (!property->isReadable())
             return referenceError(exec, QStringLiteral("Property is not readable"));
-        const SharedPtr<Object> value = property->get(nullptr);
+        const SharedPtr<Object> value = property->get(nullptr).orNothing();
         if (!value)
             return referenceError(exec, QStringLiteral("Error occurred when reading property"));
         return jsNatify(exec, value);
@@ -81,11 +81,11 @@ KJS::Object JsClassImp::construct(KJS::ExecState* exec, const KJS::List& args)
     const int index = findMatch(exec, args, m_class, signatures, classes, m_class->name(), &arguments);
     if (index < 0)
         return KJS::Object::dynamicCast(exec->exception());
-    const SharedPtr<Object> object = m_class->constructor(index)->construct(arguments);
+    const Result<SharedPtr<Object>> object = m_class->constructor(index)->construct(arguments);
     if (!object)
-        return fail(
-            withLastError(QLatin1String("Constructor of ") + m_class->name() + QLatin1String(" failed")));
-    return KJS::Object::dynamicCast(jsWrap(exec, object));
+        return fail(withReason(QLatin1String("Constructor of ") + m_class->name() + QLatin1String(" failed"),
+                               object));
+    return KJS::Object::dynamicCast(jsWrap(exec, *object));
 }
 
 const KJS::ClassInfo JsNamespace::info = {"Namespace", nullptr};

@@ -123,7 +123,7 @@ public:
 private:
     SharedPtr<Object> fail(const QString& message)
     {
-        Inspector::self()->setLastError(message);
+        Inspector::self()->note(Failure{message});
         raiseJSException(m_exec, KJS::EvalError, message);
         return nullptr;
     }
@@ -132,10 +132,10 @@ private:
     {
         if (object->objectClass() == target)
             return object;
-        const SharedPtr<Object> converted = convertTo(object, target, indirect);
+        const Result<SharedPtr<Object>> converted = convertTo(object, target, indirect);
         if (!converted)
             return fail(QStringLiteral("Failed to convert argument of type %1").arg(target->name()));
-        return converted;
+        return *converted;
     }
 
     SharedPtr<Object> convertList(const KJS::Value& value, const Argument& argument)
@@ -190,15 +190,14 @@ private:
         const QString text = QStrFromObj(m_exec, value);
         // A map stands for the name of an object.
         const QString name = isKJSMap(value, m_exec) ? JSScriptArgument(m_exec, value).toRealName() : text;
-        Inspector::self()->setLastError(QString());
-        const SharedPtr<Object> converted =
+        const Result<SharedPtr<Object>> converted =
             convertTo(Inspector::self()->createString(name), target, indirect);
         if (converted)
-            return converted;
+            return *converted;
         const QString failure = QStringLiteral("Failed to convert argument '%1' of type %2 to type %3")
                                     .arg(text, plainTypeName(m_exec, value), target->name());
         // Of a name it helps to know what came closest.
-        const QString miss = ObjectName::isRealName(name) ? Inspector::self()->lastError() : QString();
+        const QString miss = ObjectName::isRealName(name) ? converted.error() : QString();
         return fail(miss.isEmpty() ? failure : failure + QLatin1String(": ") + miss);
     }
 
@@ -303,7 +302,7 @@ QString QStrFromObj(KJS::ExecState* exec, const KJS::Value& value)
     return value.toString(exec).qstring();
 }
 
-SharedPtr<Object> convertTo(SharedPtr<Object> object, const Class* target, bool indirect)
+Result<SharedPtr<Object>> convertTo(SharedPtr<Object> object, const Class* target, bool indirect)
 {
     return object->objectClass()->convertObject(object, target, indirect);
 }

@@ -29,7 +29,7 @@ KJS::Value jsToString(KJS::ExecState* exec, SharedPtr<Object> object);
 QString QStrFromObj(KJS::ExecState* exec, const KJS::Value& value);
 
 /** The object as one of another class, or null. `indirect` asks for a pointer or reference. */
-SharedPtr<Object> convertTo(SharedPtr<Object> object, const Class* target, bool indirect);
+Result<SharedPtr<Object>> convertTo(SharedPtr<Object> object, const Class* target, bool indirect);
 
 /** Appends an object for each argument of the signature. False with the exception set on failure;
  *  what was converted until then stays in the list. */

@@ -48,16 +48,16 @@ KJS::Value callOverload(KJS::ExecState* exec, const Class* cls, const QVector<co
     const Method* method = methods[index];
     if (!method->deprecation().isEmpty())
         logDeprecationWarning(*method, QStringLiteral("(%1)").arg(argumentNames(method->signature())));
-    const SharedPtr<Object> result = method->invoke(target, arguments);
+    const Result<SharedPtr<Object>> result = method->invoke(target, arguments);
     if (!result) {
         const KJS::Context context = exec->context();
         const int line = context.isNull() ? -1 : context.curStmtFirstLine();
         const QString message =
-            withLastError(QLatin1String("Error in ") + name + QLatin1String("() invocation"));
+            withReason(QLatin1String("Error in ") + name + QLatin1String("() invocation"), result);
         exec->setException(KJS::Error::create(exec, KJS::EvalError, message, line, -1));
         return KJS::Undefined();
     }
-    return jsValueOf(exec, result);
+    return jsValueOf(exec, *result);
 }
 
 } // namespace

@@ -37,10 +37,11 @@ const std::vector<ProtoMember>& protoMembers()
 
 } // namespace
 
-QString withLastError(const QString& message)
+QString withReason(const QString& message, const Result<void>& failed)
 {
-    const QString lastError = Inspector::self()->lastError();
-    return lastError.isEmpty() ? message : message + QLatin1String(": ") + lastError;
+    Inspector::self()->note(failed);
+    const QString reason = failed.error();
+    return reason.isEmpty() ? message : message + QLatin1String(": ") + reason;
 }
 
 bool enumeratorValue(const Class* cls, const QString& key, int* value)
@@ -81,10 +82,11 @@ KJS::Value JsObjectImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
             return generalError(exec, QStringLiteral("Attempt to access a property of a null object"));
         if (!property->isReadable())
             return generalError(exec, QStringLiteral("Property is not readable"));
-        const SharedPtr<Object> value = property->get(m_object);
+        const Result<SharedPtr<Object>> value = property->get(m_object);
         if (!value)
-            return generalError(exec, withLastError(QStringLiteral("Error occurred when reading property")));
-        return jsNatify(exec, value);
+            return generalError(exec,
+                                withReason(QStringLiteral("Error occurred when reading property"), value));
+        return jsNatify(exec, *value);
     }
     if (!cls->methods(key).isEmpty())
         return new JsFunc(exec, cls, key);
@@ -120,8 +122,8 @@ void JsObjectImp::put(KJS::ExecState* exec, const KJS::Identifier& name, const K
     if (!object)
         generalError(exec,
                      QLatin1String("Failed to convert property value to type ") + property->type()->name());
-    else if (!property->set(m_object, object))
-        generalError(exec, withLastError(QStringLiteral("Failed to set property")));
+    else if (const Result<void> done = property->set(m_object, object); !done)
+        generalError(exec, withReason(QStringLiteral("Failed to set property"), done));
 }
 
 bool JsObjectImp::hasProperty(KJS::ExecState* exec, const KJS::Identifier& name) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/objectimp.h"
+#include "shared/base/result.h"
 #include "shared/base/sharedptr.h"
 
 #include <QString>
@@ -92,8 +93,8 @@ bool isTorvixClass(KJS::ExecState* exec, const KJS::Value& value);
 /** Id of the current application context; -1 without a runner or an application. */
 int currentRunnerAppId();
 
-/** The message, followed by ": " and the object model's last error when there is one. */
-QString withLastError(const QString& message);
+/** The message, followed by ": " and why the operation failed; notes that as the last error. */
+QString withReason(const QString& message, const Result<void>& failed);
 /** The value of a key of the first enumeration, own or inherited, that has it. */
 bool enumeratorValue(const Class* cls, const QString& key, int* value);
 /** Called with each value that could be cached on an object; nothing is. */

@@ -117,14 +117,15 @@ KJS::Value jsObjectMapAdd(KJS::ExecState* exec, KJS::Object&, const KJS::List& a
     const SharedPtr<Object> object = unwrapSingleArg(exec, args, "objectMap.add");
     if (!object)
         return KJS::Undefined();
-    const QString realName = object->realName();
-    const QString symbolicName = ObjectMap::self()->symbolicName(realName, true);
     Inspector* inspector = Inspector::self();
-    inspector->remoteCall(QStringLiteral("addToObjectMap"), {realName, symbolicName});
-    const QString error = inspector->lastError();
-    if (!error.isEmpty())
-        return generalError(exec, error);
-    return KJS::String(symbolicName);
+    const Result<QString> symbolicName = object->realName().then([inspector](const QString& realName) {
+        const QString name = ObjectMap::self()->symbolicName(realName, true);
+        return inspector->remoteCall(QStringLiteral("addToObjectMap"), {realName, name})
+            .then([&name](const QVariant&) { return name; });
+    });
+    if (!inspector->note(symbolicName))
+        return generalError(exec, symbolicName.error());
+    return KJS::String(*symbolicName);
 }
 
 KJS::Value jsObjectMapSymbolicName(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
@@ -205,8 +206,9 @@ KJS::Value jsFindObject(KJS::ExecState* exec, KJS::Object&, const KJS::List& arg
     if (!parseObjectNameArg(exec, args, "findObject", &name))
         return KJS::Undefined();
     Inspector* inspector = Inspector::self();
-    if (const SharedPtr<Object> object = inspector->findObject(name))
-        return jsWrap(exec, object);
+    const Result<SharedPtr<Object>> object = inspector->findObject(name);
+    if (inspector->note(object))
+        return jsWrap(exec, *object);
     if (RunnerInterface* runner = Interpreter::self()->runnerInterface()) {
         QString unused;
         runner->reportFailedLookup(name, QStringLiteral("findObject"), &unused);
@@ -246,7 +248,7 @@ KJS::Value jsObjectName(KJS::ExecState* exec, KJS::Object&, const KJS::List& arg
     const SharedPtr<Object> object = jsToObject(exec, args[0], nullptr);
     if (!object)
         return typeError(exec, QStringLiteral("Invalid object passed to objectName()"));
-    return KJS::String(object->name());
+    return KJS::String(object->name().orNothing());
 }
 
 KJS::Value jsCast(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
@@ -259,7 +261,7 @@ KJS::Value jsCast(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
     const Class* cls = castTarget(exec, args[1]);
     if (!cls)
         return exec->exception();
-    object->cast(cls);
+    object->cast(cls).orNothing();
     return jsWrap(exec, object);
 }
 

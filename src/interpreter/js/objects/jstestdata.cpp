@@ -122,11 +122,11 @@ KJS::Value jsTestDataGet(KJS::ExecState* exec, KJS::Object&, const KJS::List& ar
 QVariant askApplication(KJS::ExecState* exec, const char* function, const KJS::Value& name)
 {
     Inspector* inspector = Inspector::self();
-    const QVariant reply = inspector->remoteCall(QLatin1String(function), {name.toString(exec).qstring()});
-    if (inspector->lastError().isEmpty())
-        return reply;
-    generalError(exec, inspector->lastError());
-    return QVariant();
+    const Result<QVariant> reply =
+        inspector->remoteCall(QLatin1String(function), {name.toString(exec).qstring()});
+    if (!inspector->note(reply))
+        generalError(exec, reply.error());
+    return reply.orNothing();
 }
 
 KJS::Value jsTestDataExists(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
