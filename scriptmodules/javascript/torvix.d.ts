@@ -309,6 +309,19 @@ interface ConsoleFunctions {
 }
 
 /** The buttons of all actions. Qt's own numbers are others: Qt.RightButton is MouseButton.MiddleButton. */
+/** A shared library that is loaded into the runner's process; it stays loaded. */
+interface Library {
+    /** Calls a function with C linkage, given as `"void name()"`. */
+    invoke(signature: string): void;
+    /** Lets an extension module install its objects: calls its `nameInit`. */
+    initModule(name: string): void;
+}
+
+interface LibraryConstructor {
+    new (path: string): Library;
+    readonly prototype: Library;
+}
+
 interface MouseButtonConstants {
     readonly None: number;
     readonly LeftButton: number;
@@ -475,6 +488,7 @@ declare function print(text: unknown): void;
 /** Evaluates another script file; its functions and variables are then there. */
 declare function source(file: string): void;
 declare const console: ConsoleFunctions;
+declare const Library: LibraryConstructor;
 /** There to tell of the misspelt name: every use throws. */
 declare const Console: never;
 declare const torvixinfo: TorvixInfo;

@@ -36,5 +36,9 @@ function main() {
     for (const record of testData.dataset("users.csv"))
         test.log(testData.fieldNames(record).map(name => testData.field(record, name)).join());
     testData.remove(testData.put("users.csv"));
+    const library = new Library("libextension.so");
+    library.initModule("extension");
+    library.invoke("void tidy()");
+    test.log(Intl.DateTimeFormat().resolvedOptions().timeZone);
     qApp.quit();
 }

@@ -3,6 +3,8 @@
 #include "interpreter/js/objects/jsapplications.h"
 #include "interpreter/js/objects/jsconsole.h"
 #include "interpreter/js/objects/jsinputconstants.h"
+#include "interpreter/js/objects/jsintl.h"
+#include "interpreter/js/objects/jslibrary.h"
 #include "interpreter/js/objects/jsobjectaccess.h"
 #include "interpreter/js/objects/jsscriptfunctions.h"
 #include "interpreter/js/objects/jstestdata.h"
@@ -39,8 +41,10 @@ const JsGlobalRow globalObjects[] = {
     {"objectMap", makeGlobal<JsObjectMapImp>},
     {"torvixinfo", makeGlobal<JsTorvixInfoImp>},
     {"testInteraction", makeGlobal<JsTestInteractionImp>},
+    {"Intl", makeGlobal<JsIntlImp>},
     {"console", makeGlobal<JsConsoleImp>},
     {"Console", makeGlobal<DeprecatedJsConsoleImp>},
+    {"Library", makeGlobal<JsLibraryImp>},
     {"MouseButton", makeGlobal<JsMouseButtonImp>},
     {"Modifier", makeGlobal<JsModifierImp>},
     {nullptr, nullptr},

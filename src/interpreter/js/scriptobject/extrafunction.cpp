@@ -21,8 +21,12 @@ void ExtraFunctionImp::init(KJS::Interpreter* interpreter, KJS::Object* global,
                             const JsFunctionRow* functions, const JsGlobalRow* objects)
 {
     putFunctions(global->imp(), functions);
-    for (const JsGlobalRow* row = objects; row->name; ++row)
-        global->putDirect(row->name, row->make(interpreter->globalExec()), KJS::None);
+    KJS::ExecState* exec = interpreter->globalExec();
+    for (const JsGlobalRow* row = objects; row->name; ++row) {
+        // The engine has some of these names itself: ours come after what stands before them here.
+        global->deleteProperty(exec, row->name);
+        global->putDirect(row->name, row->make(exec), KJS::None);
+    }
 }
 
 KJS::Value ExtraFunctionImp::call(KJS::ExecState* exec, KJS::Object& thisObj, const KJS::List& args)
