@@ -9,15 +9,23 @@ class Row
 {
 public:
     Row() = default;
-    Row(const QStringList& names, const QStringList& values) : m_names(names), m_values(values) {}
+    Row(const TableRow& header, const TableRow& row)
+        : m_names(header.values())
+        , m_values(row.values())
+        , m_nodes{row.id}
+    {
+    }
 
     /** One pass, so that a value may hold what looks like a name. */
     QString fill(const QString& text) const
     {
+        if (m_names.isEmpty())
+            return text;
         QString filled;
         int from = 0;
-        for (int open = text.indexOf('<'); open >= 0 && !m_names.isEmpty(); open = text.indexOf('<', open)) {
-            const int close = text.indexOf('>', open);
+        for (int open = text.indexOf(QLatin1Char('<')); open >= 0;
+             open = text.indexOf(QLatin1Char('<'), open)) {
+            const int close = text.indexOf(QLatin1Char('>'), open);
             const int index = close < 0 ? -1 : m_names.indexOf(text.mid(open + 1, close - open - 1));
             if (index < 0) {
                 ++open;
@@ -29,22 +37,57 @@ public:
         return filled + text.midRef(from);
     }
 
-    Step fill(Step step) const
+    QStringList fill(QStringList texts) const
     {
-        const QString keyword = step.lineText.left(step.textOffset);
-        step.lineText = keyword + fill(step.text());
-        for (QString& line : step.multiLineText)
-            line = fill(line);
-        for (QStringList& cells : step.table) {
-            for (QString& cell : cells)
-                cell = fill(cell);
-        }
-        return step;
+        for (QString& text : texts)
+            text = fill(text);
+        return texts;
     }
+
+    /** The id of the row; none without examples. */
+    const QVector<int>& nodes() const { return m_nodes; }
 
 private:
     QStringList m_names;
     QStringList m_values;
+    QVector<int> m_nodes;
+};
+
+/** The steps of one pickle, each with the type that its keyword and those before it give. */
+class StepList
+{
+public:
+    void add(const QVector<StepNode>& nodes, const Row& row)
+    {
+        for (const StepNode& node : nodes)
+            m_steps.append(step(node, row));
+    }
+
+    QVector<Step> take() { return std::move(m_steps); }
+
+private:
+    Step step(const StepNode& node, const Row& row)
+    {
+        if (node.kind <= StepKind::Then)
+            m_type = StepType(node.kind);
+        Step step;
+        step.type = m_type;
+        step.lineText = node.keyword + row.fill(node.text);
+        step.textOffset = node.keyword.size();
+        step.location = node.location;
+        step.nodes = QVector<int>{node.id} + row.nodes();
+        if (node.docString) {
+            step.hasDocString = true;
+            step.mediaType = row.fill(node.docString->mediaType);
+            step.multiLineText = row.fill(node.docString->lines);
+        }
+        for (const TableRow& cells : node.table)
+            step.table.append(row.fill(cells.values()));
+        return step;
+    }
+
+    StepType m_type = Given;
+    QVector<Step> m_steps;
 };
 
 class PickleCompiler
@@ -52,36 +95,54 @@ class PickleCompiler
 public:
     QVector<Pickle> compile(const Feature& feature)
     {
-        add(feature.scenarios, feature.tags, feature.background.steps);
-        for (const Rule& rule : feature.rules)
-            add(rule.scenarios, feature.tags + rule.tags, feature.background.steps + rule.background.steps);
+        QVector<StepNode> background = stepsOf(feature.background);
+        add(feature.scenarios, feature.tags, background, -1);
+        for (int i = 0; i < feature.rules.size(); ++i) {
+            const Rule& rule = feature.rules[i];
+            add(rule.scenarios, feature.tags + rule.tags, background + stepsOf(rule.background), i);
+        }
         return m_pickles;
     }
 
 private:
-    void add(const QVector<Scenario>& scenarios, const QStringList& tags, const QVector<Step>& background)
+    static QVector<StepNode> stepsOf(const std::optional<Background>& background)
+    {
+        return background ? background->steps : QVector<StepNode>();
+    }
+
+    void add(const QVector<Scenario>& scenarios, const QVector<Tag>& tags,
+             const QVector<StepNode>& background, int rule)
     {
         for (const Scenario& scenario : scenarios) {
-            const QStringList allTags = tags + scenario.tags;
-            if (!scenario.isOutline)
-                add(scenario, allTags, background, Row(), scenario.line);
+            const QVector<Tag> allTags = tags + scenario.tags;
+            if (scenario.examples.isEmpty())
+                add(scenario, allTags, background, rule, Row(), scenario.location);
             for (const Examples& examples : scenario.examples) {
-                for (int i = 0; i < examples.rows.size(); ++i)
-                    add(scenario, allTags + examples.tags, background, Row(examples.header, examples.rows[i]),
-                        examples.rowLines[i]);
+                for (const TableRow& row : examples.rows)
+                    add(scenario, allTags + examples.tags, background, rule, Row(*examples.header, row),
+                        row.location);
             }
         }
     }
 
-    void add(const Scenario& scenario, QStringList tags, const QVector<Step>& background, const Row& row,
-             int line)
+    void add(const Scenario& scenario, const QVector<Tag>& tags, const QVector<StepNode>& background,
+             int rule, const Row& row, const Location& location)
     {
-        tags.removeDuplicates();
-        Pickle pickle{row.fill(scenario.title), tags, {}, line};
+        Pickle pickle;
+        pickle.title = row.fill(scenario.title);
+        pickle.location = location;
+        pickle.scenarioLine = scenario.location.line;
+        pickle.rule = rule;
+        pickle.nodes = QVector<int>{scenario.id} + row.nodes();
+        for (const Tag& tag : tags) {
+            pickle.tags += tag.name;
+            pickle.tagNodes += tag.id;
+        }
+        StepList steps;
         if (!scenario.steps.isEmpty())
-            pickle.steps = background;
-        for (const Step& step : scenario.steps)
-            pickle.steps.append(row.fill(step));
+            steps.add(background, Row());
+        steps.add(scenario.steps, row);
+        pickle.steps = steps.take();
         m_pickles.append(pickle);
     }
 

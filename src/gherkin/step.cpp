@@ -20,4 +20,9 @@ QString Step::text() const
     return lineText.mid(textOffset);
 }
 
+QString Step::keyword() const
+{
+    return lineText.left(textOffset);
+}
+
 } // namespace Gherkin

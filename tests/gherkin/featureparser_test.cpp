@@ -1,5 +1,5 @@
+#include "gherkin/dialect.h"
 #include "gherkin/feature.h"
-#include "gherkin/pickle.h"
 
 #include <gtest/gtest.h>
 
@@ -7,183 +7,216 @@ namespace {
 
 using namespace Gherkin;
 
-Feature parsed(const QString& text)
+/** A tree as text, a line a node: "4:3 Given 'a cup'". */
+class TreeText
+{
+public:
+    static QString of(const Feature& feature)
+    {
+        TreeText text;
+        text.block(feature, feature.tags);
+        text.background(feature.background);
+        text.scenarios(feature.scenarios);
+        for (const Rule& rule : feature.rules) {
+            text.block(rule, rule.tags);
+            text.background(rule.background);
+            text.scenarios(rule.scenarios);
+        }
+        return text.m_lines.join('\n');
+    }
+
+private:
+    void add(const Location& location, const QString& text)
+    {
+        m_lines += QString("%1:%2 %3").arg(location.line).arg(location.column).arg(text);
+    }
+    void block(const Block& block, const QVector<Tag>& tags)
+    {
+        for (const Tag& tag : tags)
+            add(tag.location, tag.name);
+        add(block.location, block.keyword + " '" + block.title + '\'' +
+                                (block.description.isEmpty() ? "" : " \"" + block.description + '"'));
+    }
+    void background(const std::optional<Background>& background)
+    {
+        if (background) {
+            block(*background, {});
+            steps(background->steps);
+        }
+    }
+    void scenarios(const QVector<Scenario>& scenarios)
+    {
+        for (const Scenario& scenario : scenarios) {
+            block(scenario, scenario.tags);
+            steps(scenario.steps);
+            for (const Examples& examples : scenario.examples) {
+                block(examples, examples.tags);
+                if (examples.header)
+                    row(*examples.header);
+                for (const TableRow& each : examples.rows)
+                    row(each);
+            }
+        }
+    }
+    void steps(const QVector<StepNode>& steps)
+    {
+        static const char* const kinds[] = {"given", "when", "then", "and", "any"};
+        for (const StepNode& step : steps) {
+            add(step.location, QString("%1 '%2' '%3'").arg(kinds[int(step.kind)], step.keyword, step.text));
+            for (const TableRow& each : step.table)
+                row(each);
+            if (step.docString)
+                add(step.docString->location, step.docString->delimiter + step.docString->mediaType + ' ' +
+                                                  step.docString->lines.join('~'));
+        }
+    }
+    void row(const TableRow& row)
+    {
+        QString text = "|";
+        for (const TableCell& cell : row.cells)
+            text += QString("%1@%2|").arg(cell.value).arg(cell.location.column);
+        add(row.location, text);
+    }
+
+    QStringList m_lines;
+};
+
+QString read(const QString& text)
 {
     Feature feature;
     QVector<ParseError> errors;
-    EXPECT_TRUE(parseFeature(text, feature, errors));
-    for (const ParseError& error : errors)
-        ADD_FAILURE() << error.line << ": " << qPrintable(error.message);
-    return feature;
-}
-
-/** "Given 3: the text" of each step. */
-QStringList stepsOf(const QVector<Step>& steps)
-{
+    if (parseFeature(text, feature, errors))
+        return TreeText::of(feature);
     QStringList lines;
-    for (const Step& step : steps)
-        lines += QString("%1 %2: %3").arg(stepKeyword(step.type)).arg(step.line).arg(step.text());
-    return lines;
+    for (const ParseError& error : errors)
+        lines += QString("%1:%2 %3").arg(error.location.line).arg(error.location.column).arg(error.message);
+    return lines.join('\n');
 }
 
-TEST(FeatureParser, ReadsTheTree)
+struct Case
 {
-    const Feature feature = parsed("# a comment\n"
-                                   "@ui  @slow # why\n"
-                                   "@all\n"
-                                   "Feature:  Coffee \n"
-                                   "  Who drinks\n"
-                                   "\n"
-                                   "  Given time, is happy\n"
-                                   "  Background: power\n"
-                                   "    Given  a machine\n"
-                                   "      And water\n"
-                                   "  @smoke\n"
-                                   "  Scenario: small\n"
-                                   "    A description\n"
-                                   "    When I pay 1\r\n"
-                                   "    # nothing\n"
-                                   "    But no more\n"
-                                   "    Then\n"
-                                   "    * it brews\n"
-                                   "  Rule: milk\n"
-                                   "    Background:\n"
-                                   "      And a cow\n"
-                                   "    Example: white\n"
-                                   "      Then ok\n");
-    EXPECT_EQ("Coffee", feature.title);
-    EXPECT_EQ(4, feature.line);
-    EXPECT_EQ(QStringList({"@ui", "@slow", "@all"}), feature.tags);
-    EXPECT_EQ("Who drinks\nGiven time, is happy", feature.description);
-    EXPECT_EQ("power", feature.background.title);
-    EXPECT_EQ(QStringList({"Given 9: a machine", "Given 10: water"}), stepsOf(feature.background.steps));
-    EXPECT_EQ("Given  a machine", feature.background.steps[0].lineText);
-    EXPECT_EQ(7, feature.background.steps[0].textOffset);
+    const char* text;
+    const char* expected;
+};
 
-    ASSERT_EQ(1, feature.scenarios.size());
-    const Scenario& small = feature.scenarios[0];
-    EXPECT_EQ("small", small.title);
-    EXPECT_EQ("A description", small.description);
-    EXPECT_EQ(QStringList("@smoke"), small.tags);
-    EXPECT_EQ(QStringList({"When 14: I pay 1", "When 16: no more", "Then 17: ", "Then 18: it brews"}),
-              stepsOf(small.steps));
-
-    ASSERT_EQ(1, feature.rules.size());
-    EXPECT_EQ("milk", feature.rules[0].title);
-    EXPECT_EQ(QStringList("Given 21: a cow"), stepsOf(feature.rules[0].background.steps));
-    EXPECT_EQ("white", feature.rules[0].scenarios[0].title);
-    EXPECT_FALSE(feature.rules[0].scenarios[0].isOutline);
+void expectAll(const std::vector<Case>& cases)
+{
+    for (const Case& c : cases)
+        EXPECT_EQ(c.expected, read(c.text).toStdString()) << "in the feature\n" << c.text;
 }
 
-TEST(FeatureParser, ReadsTablesAndTextBlocks)
+TEST(FeatureParser, ReadsEveryConstructAtItsPlace)
 {
-    const Feature feature = parsed("Feature: f\n"
-                                   "Scenario: s\n"
-                                   "  Given a table\n"
-                                   "    | a |  b c |  |\n"
-                                   "    | \\| | \\\\\\n | \\x |\n"
-                                   "  And a text\n"
-                                   "    \"\"\"json\n"
-                                   "      # no comment\n"
-                                   "  Given less\n"
-                                   "    \n"
-                                   "    \\\"\\\"\\\" ```\n"
-                                   "    \"\"\"\n"
-                                   "  And another\n"
-                                   "    ```\n"
-                                   "    \"\"\"\n"
-                                   "    ```\n");
-    const QVector<Step>& steps = feature.scenarios[0].steps;
-    ASSERT_EQ(3, steps.size());
-    EXPECT_EQ(QVector<QStringList>({{"a", "b c", ""}, {"|", "\\\n", "\\x"}}), steps[0].table);
-    EXPECT_EQ(QStringList({"  # no comment", "Given less", "", "\"\"\" ```"}), steps[1].multiLineText);
-    EXPECT_EQ(QStringList("\"\"\""), steps[2].multiLineText);
+    expectAll({
+        {"\xef\xbb\xbf# a comment\n@ui  @slow@fast # why\n\n@all\nFeature:  Coffee \n  Who\n\n  Given time # "
+         "yes\n"
+         " # no\n\n  Background: power\n    Given  a machine\r\n      And water\n",
+         "2:1 @ui\n2:6 @slow\n2:11 @fast\n4:1 @all\n5:1 Feature 'Coffee' \"  Who\n\n  Given time # yes\"\n"
+         "11:3 Background 'power'\n12:5 given 'Given ' 'a machine'\n13:7 and 'And ' 'water'"},
+        {"Ability: f\nExample: s\n | not a row\n\"\"\" nor this\n*\n* any\nThen\nScenario Template:\nBut "
+         "<a>\n"
+         "Scenarios: of a\ntold\n|a|\n\n|1|\n@t\nExamples:\n",
+         "1:1 Ability 'f'\n2:1 Example 's' \" | not a row\n\"\"\" nor this\"\n5:1 any '* ' ''\n6:1 any '* ' "
+         "'any'\n"
+         "7:1 then 'Then ' ''\n8:1 Scenario Template ''\n9:1 and 'But ' '<a>'\n"
+         "10:1 Scenarios 'of a' \"told\"\n12:1 |a@2|\n14:1 |1@2|\n15:1 @t\n16:1 Examples ''"},
+        {"Feature: f\nRule: one\nBackground:\nScenario: a\nRule: two\n  x\n@r\nRule: three\n@s\nScenario: b",
+         "1:1 Feature 'f'\n2:1 Rule 'one'\n3:1 Background ''\n4:1 Scenario 'a'\n5:1 Rule 'two' \"  x\"\n7:1 "
+         "@r\n"
+         "8:1 Rule 'three'\n9:1 @s\n10:1 Scenario 'b'"},
+        {"# only\n\n", "0:0  ''"},
+        {"", "0:0  ''"},
+    });
 }
 
-TEST(FeatureParser, KnowsOtherLanguages)
+TEST(FeatureParser, ReadsTablesAndDocStrings)
 {
-    const Feature feature =
-        parsed("#language:fr\nFonctionnalit\u00e9: f\nSc\u00e9nario: s\n"
-               "Etant donn\u00e9 que tout va\nEtant donn\u00e9 rien\nLorsqu'il part\nAlors ok\nEt fin\n");
-    EXPECT_EQ("fr", feature.language);
-    EXPECT_EQ(
-        QStringList({"Given 4: tout va", "Given 5: rien", "When 6: il part", "Then 7: ok", "Then 8: fin"}),
-        stepsOf(feature.scenarios[0].steps));
-    EXPECT_EQ("Kaffee", parsed("# language: de\nFunktionalit\u00e4t: Kaffee\n").title);
-    EXPECT_EQ(0, parsed("# only a comment\n\n").line);
+    expectAll({
+        {"Feature:\nScenario:\nGiven t\n  | a |  b c |  | # no cell\n # between\n  | \\| | \\\\\\n | \\x | "
+         "tail\n",
+         "1:1 Feature ''\n2:1 Scenario ''\n3:1 given 'Given ' 't'\n4:3 |a@5|b c@10|@17|\n6:3 "
+         "||@5|\\\n@10|\\x@17|"},
+        {"Feature:\nScenario:\nGiven t\n  \"\"\" json \n    # text\n\n less\n   \\\"\\\"\\\" ```\n \"\"\" "
+         "tail\n |a|\nWhen u\n"
+         "```\n\"\"\"\n\\`\\`\\`\n```\n",
+         "1:1 Feature ''\n2:1 Scenario ''\n3:1 given 'Given ' 't'\n10:2 |a@3|\n"
+         "4:3 \"\"\"json   # text~~less~ \"\"\" ```\n11:1 when 'When ' 'u'\n12:1 ``` \"\"\"~```"},
+        {"Feature:\nScenario:\n \xf0\x9f\x98\x80\nGiven \xf0\x9f\x98\x80\n\t| \xf0\x9f\x98\x80 |b|\n",
+         "1:1 Feature ''\n2:1 Scenario '' \" \xf0\x9f\x98\x80\"\n4:1 given 'Given ' '\xf0\x9f\x98\x80'\n"
+         "5:2 |\xf0\x9f\x98\x80@4|b@7|"},
+    });
+}
+
+TEST(FeatureParser, KnowsTheKeywordsOfManyLanguages)
+{
+    EXPECT_GE(languages().size(), 75);
+    expectAll({
+        {"#language:fr\nFonctionnalit\u00e9: f\nSc\u00e9nario: s\nEtant donn\u00e9 que tout va\nEtant "
+         "donn\u00e9 rien\n"
+         "Lorsqu'il part\nAlors ok\n",
+         "2:1 Fonctionnalit\u00e9 'f'\n3:1 Sc\u00e9nario 's'\n4:1 given 'Etant donn\u00e9 que ' 'tout va'\n"
+         "5:1 given 'Etant donn\u00e9 ' 'rien'\n6:1 when 'Lorsqu'' 'il part'\n7:1 then 'Alors ' 'ok'"},
+        {"# language: ja\n\u6a5f\u80fd: \u8a08\u7b97\n\u30b7\u30ca\u30ea\u30aa: s\n\u524d\u63d01\u3068\u3001"
+         "2\n\u3082\u3057\u8db3\u3059\n\u306a\u3089\u30703\n",
+         "2:1 \u6a5f\u80fd '\u8a08\u7b97'\n3:1 \u30b7\u30ca\u30ea\u30aa 's'\n4:1 given '\u524d\u63d0' "
+         "'1\u3068\u3001"
+         "2'\n5:1 when '\u3082\u3057' '\u8db3\u3059'\n6:1 then '\u306a\u3089\u3070' '3'"},
+        {"# language: ar\n\u062e\u0627\u0635\u064a\u0629: f\n\u0633\u064a\u0646\u0627\u0631\u064a\u0648: s\n"
+         "\u0628\u0641\u0631\u0636 x\n",
+         "2:1 \u062e\u0627\u0635\u064a\u0629 'f'\n3:1 \u0633\u064a\u0646\u0627\u0631\u064a\u0648 's'\n"
+         "4:1 given '\u0628\u0641\u0631\u0636 ' 'x'"},
+        {"# language: de\n# language: fr\nFunktion: f\nGiven in no language of this file\n",
+         "3:1 Funktion 'f' \"Given in no language of this file\""},
+    });
+    for (const QString& code : languages()) {
+        const Dialect* dialect = Dialect::find(code);
+        QVector<bool> blocks(5);
+        QVector<bool> steps(5);
+        for (const Dialect::BlockKeyword& keyword : dialect->blockKeywords())
+            blocks[int(keyword.kind)] = true;
+        for (const Dialect::StepKeyword& keyword : dialect->stepKeywords())
+            steps[int(keyword.kind)] = true;
+        EXPECT_FALSE(blocks.contains(false)) << qPrintable(code);
+        EXPECT_FALSE(steps.mid(0, 4).contains(false)) << qPrintable(code);
+    }
 }
 
 TEST(FeatureParser, SaysWhatIsWrongAndWhere)
 {
-    struct
-    {
-        const char* text;
-        QString error;
-    } const cases[] = {
-        {"Hello", "1: \"Hello\" is neither a keyword nor part of a description"},
-        {"Scenario: s", "1: \"Scenario: s\" before the feature"},
-        {"Given x", "1: the step \"Given x\" belongs to no scenario"},
-        {"Feature: f\nFeature: g", "2: a second feature in the same file"},
-        {"#language: xx\nFeature: f", "1: unknown language \"xx\"; known are en, de, es, fr"},
-        {"Feature: f\nScenario: s\nGiven a\nnonsense",
-         "4: \"nonsense\" is neither a keyword nor part of a description"},
-        {"Feature: f\nScenario: s\n| a |", "3: the row \"| a |\" belongs to no step"},
-        {"Feature: f\nScenario: s\nGiven a\n| a | b |\n| c |",
-         "5: the row has 1 cells where the first row of the table has 2"},
-        {"Feature: f\nScenario: s\nGiven a\n| a", "4: the row \"| a\" does not end with \"|\""},
-        {"Feature: f\nScenario: s\nGiven a\n\"\"\"\ntext", "4: the text block is not closed by \"\"\""},
-        {"Feature: f\n```\n```", "2: the text block belongs to no step"},
-        {"Feature: f\nScenario: s\nBackground: b", "3: the background has to come before the scenarios"},
-        {"Feature: f\nBackground: b\nBackground: c", "3: a second background"},
-        {"Feature: f\n@t\nBackground: b", "3: a background cannot have tags"},
-        {"Feature: f\nExamples: e", "2: examples outside a scenario"},
-        {"Feature: f\n@t @\nScenario: s", "2: \"@\" is no tag"},
-        {"Feature: f\n@t\n", "2: tags at the end of the file belong to nothing"},
+    expectAll({
+        {"Hello\nyou", "1:1 expected the feature or tags, found \"Hello\""},
+        {" Scenario: s\nFeature: f", "1:2 expected the feature or tags, found \"Scenario: s\""},
+        {"Feature: f\nScenario: s\nGiven a\nnonsense\nGiven b\n more",
+         "4:1 expected a step, a table row, a doc string, examples, a scenario, a rule or tags, found "
+         "\"nonsense\"\n"
+         "6:2 expected a step, a table row, a doc string, examples, a scenario, a rule or tags, found "
+         "\"more\""},
+        {"Feature: f\n@t\nGiven a", "3:1 expected a scenario, a rule or tags, found \"Given a\"\n"
+                                    "2:1 tags at the end of the file belong to nothing"},
+        {"Feature: f\nScenario: s\nGiven x\nFeature: g",
+         "4:1 expected a step, a table row, a doc string, examples, a scenario, a rule or tags, found "
+         "\"Feature: g\""},
+        {"#language: xx\nFeature: f", "1:1 unknown language \"xx\""},
+        {"Feature: f\nScenario: s\nGiven a\n| a | b |\n  | c |",
+         "5:3 the row has 1 cells where the first row of the table has 2"},
+        {"Feature: f\nScenario: s\nGiven a\n | a", "4:2 a table row without a cell: it ends with \"|\""},
+        {"Feature: f\nScenario: s\nGiven a\n \"\"\"\ntext", "4:2 the doc string is not closed by \"\"\""},
+        {"Feature: f\nScenario: s\nGiven a\n```\n```\n```\n```", "6:1 a second doc string for the same step"},
+        {"Feature: f\nScenario: s\nGiven a\n|a|\n```\n```\n|b|", "7:1 a second table for the same step"},
+        {"Feature: f\nScenario: s\n\nGiven a\n Background: b",
+         "5:2 a background stands once, before the scenarios"},
+        {"Feature: f\nBackground: b\nGiven a\nBackground: c",
+         "4:1 a background stands once, before the scenarios"},
+        {"Feature: f\n@t\nBackground: b", "3:1 a background cannot have tags"},
+        {"Feature: f\n@t @ @u v\nScenario: s",
+         "2:4 a tag without a name\n2:6 the tag \"@u v\" contains a blank"},
         {"Feature: f\nScenario Outline: s\nGiven <a>\nExamples:\n| a |\n| 1 | 2 |",
-         "6: the row has 2 cells where the first row of the table has 1"},
-    };
-    for (const auto& c : cases) {
-        Feature feature;
-        QVector<ParseError> errors;
-        EXPECT_FALSE(parseFeature(c.text, feature, errors)) << c.text;
-        QStringList lines;
-        for (const ParseError& error : errors)
-            lines += QString("%1: %2").arg(error.line).arg(error.message);
-        EXPECT_EQ(c.error, lines.join('\n')) << c.text;
-    }
-}
-
-TEST(Pickles, AreTheRunsOfAFeature)
-{
-    const Feature feature = parsed("@f\nFeature: f\n"
-                                   "Background:\n Given base\n"
-                                   "Scenario: plain\n When <a>\n"
-                                   "Scenario: empty\n"
-                                   "@o\nScenario Outline: pay <coin> of <coin>\n"
-                                   " When <coin> <in> <unknown> <a < <in>\n"
-                                   "  | <coin> | x |\n"
-                                   " Then text\n  \"\"\"\n  <in>\n  \"\"\"\n"
-                                   "@e @f\nExamples: one\n| coin | in |\n| 1 | <coin> |\n| 2 | b |\n"
-                                   "Examples:\n| coin | in |\n"
-                                   "@r\nRule: r\nBackground:\n Given more\nScenario: ruled\n Then done\n");
-    const QVector<Pickle> pickles = compilePickles(feature);
-    QStringList all;
-    for (const Pickle& pickle : pickles)
-        all += QString("%1 %2 [%3] %4")
-                   .arg(pickle.line)
-                   .arg(pickle.title, pickle.tags.join(' '), stepsOf(pickle.steps).join("; "));
-    EXPECT_EQ(
-        QStringList({
-            "5 plain [@f] Given 4: base; When 6: <a>",
-            "7 empty [@f] ",
-            "19 pay 1 of 1 [@f @o @e] Given 4: base; When 10: 1 <coin> <unknown> <a < <coin>; Then 12: text",
-            "20 pay 2 of 2 [@f @o @e] Given 4: base; When 10: 2 b <unknown> <a < b; Then 12: text",
-            "27 ruled [@f @r] Given 4: base; Given 26: more; Then 28: done",
-        }),
-        all);
-    EXPECT_EQ(QVector<QStringList>({{"2", "x"}}), pickles[3].steps[1].table);
-    EXPECT_EQ(QStringList("b"), pickles[3].steps[2].multiLineText);
-    EXPECT_EQ("When 2 b <unknown> <a < b", pickles[3].steps[1].lineText);
+         "6:1 the row has 2 cells where the first row of the table has 1"},
+    });
+    QString many = "Feature: f\nScenario: s\nGiven a\n";
+    for (int i = 0; i < 1000; ++i)
+        many += "nonsense\n";
+    EXPECT_EQ(50, read(many).split('\n').size());
 }
 
 } // namespace
