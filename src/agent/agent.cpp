@@ -2,6 +2,7 @@
 
 #include "agent/input/inputqueue.h"
 #include "agent/listener.h"
+#include "agent/requests/requests.h"
 #include "protocol/applicationmessages.h"
 #include "protocol/token.h"
 

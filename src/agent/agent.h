@@ -1,7 +1,7 @@
 #pragma once
 
-#include "agent/dispatcher.h"
-#include "agent/session.h"
+#include "agent/session/dispatcher.h"
+#include "agent/session/session.h"
 
 #include <QObject>
 #include <QSocketNotifier>

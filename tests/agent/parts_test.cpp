@@ -1,3 +1,4 @@
+#include "agent/bindings/bindings.h"
 #include "agent/input/keytext.h"
 #include "agent/items/items.h"
 #include "agent/reflection/registry.h"
@@ -14,10 +15,18 @@ QString q(const char* text)
     return QString::fromUtf8(text);
 }
 
+/** The registry as it is in an application. */
+Registry& filledRegistry()
+{
+    static const bool filled = (bindAll(Registry::instance()), true);
+    Q_UNUSED(filled);
+    return Registry::instance();
+}
+
 /** The method of a class, by its signature; null when there is none. */
 const MethodInfo* methodOf(const char* className, const char* signature)
 {
-    const ClassInfo* info = Registry::instance().byName(className);
+    const ClassInfo* info = filledRegistry().byName(className);
     if (info)
         for (const MethodInfo& method : info->methods)
             if (method.signature() == signature)
@@ -73,7 +82,7 @@ TEST(AgentRegistry, signaturesComeFromTheMembers)
     EXPECT_TRUE(find->arguments.back().type.isEnum);
     EXPECT_EQ(find->result.name, "QTreeWidgetItem");
     EXPECT_EQ(find->result.flags, quint32(TypeUse::List | TypeUse::Pointer));
-    Registry& registry = Registry::instance();
+    Registry& registry = filledRegistry();
     EXPECT_TRUE(registry.inherits("QTableWidget", "QObject"));
     EXPECT_TRUE(registry.inherits("QKeyEvent", "QEvent"));
     EXPECT_FALSE(registry.inherits("QObject", "QTableWidget"));

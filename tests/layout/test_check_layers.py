@@ -39,6 +39,10 @@ class CheckLayers(unittest.TestCase):
     def test_an_unknown_folder_is_refused(self):
         self.assertEqual(["new/a.cpp: its folder is not in cmake/layers.txt"], self.faults({"new/a.cpp": ""}))
 
+    def test_beside_rooms_of_the_table_every_folder_needs_its_line(self):
+        self.assertEqual(["mid/new/a.cpp: its folder is not in cmake/layers.txt"],
+                         self.faults({"mid/new/a.cpp": "", "mid/sub/a.cpp": "", "top/new/a.cpp": ""}))
+
     def test_a_table_that_goes_in_a_circle_is_refused(self):
         self.assertEqual(["cmake/layers.txt: low stands above itself", "cmake/layers.txt: mid stands above itself"],
                          self.faults({}, table="low: mid\nmid: low\ntop: mid\n"))

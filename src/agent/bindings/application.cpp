@@ -1,5 +1,6 @@
 #include "agent/bindings/bindings.h"
 #include "agent/reflection/bind.h"
+#include "agent/reflection/globalclass.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -48,6 +49,8 @@ void bindApplication(Registry& registry)
         .extension(
             "setText", +[](QClipboard& clipboard, const QString& text) { clipboard.setText(text); }, "text")
         .method("clear", &QClipboard::clear, "mode", defaults(QClipboard::Clipboard));
+    Bind<GlobalFunctions>(registry).staticProperty(
+        "qApp", +[] { return QCoreApplication::instance(); });
     Bind<QScreen>{registry};
     Bind<QWindow>{registry};
 }

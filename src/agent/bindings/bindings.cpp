@@ -1,7 +1,5 @@
 #include "agent/bindings/bindings.h"
 
-#include "agent/reflection/globalclass.h"
-
 namespace Torvix::Agent {
 
 void bindAll(Registry& registry)
@@ -17,7 +15,6 @@ void bindAll(Registry& registry)
     bindGraphics(registry);
     bindText(registry);
     bindApplication(registry);
-    bindGlobalClass(registry);
 }
 
 } // namespace Torvix::Agent

@@ -19,7 +19,7 @@ void bindGraphics(Registry& registry);
 void bindText(Registry& registry);
 void bindApplication(Registry& registry);
 
-/** All of them. */
+/** All of them; once for a registry. */
 void bindAll(Registry& registry);
 
 } // namespace Torvix::Agent

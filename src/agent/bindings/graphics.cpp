@@ -1,6 +1,7 @@
-#include "agent/items/graphics.h"
+#include "agent/widgets/graphics.h"
 
 #include "agent/bindings/bindings.h"
+#include "agent/bindings/itemguard.h"
 #include "agent/reflection/bind.h"
 
 #include <QGraphicsItem>
@@ -50,6 +51,8 @@ QString itemKind(QGraphicsItem& item)
 void bindItem(Registry& registry)
 {
     Bind<QGraphicsItem>(registry)
+        .addressIn(Graphics::itemOf)
+        .guard(Guards::ofGraphicsItem)
         .method("pos", &QGraphicsItem::pos)
         .method("scenePos", &QGraphicsItem::scenePos)
         .method("boundingRect", &QGraphicsItem::boundingRect)

@@ -1,4 +1,5 @@
 #include "agent/bindings/bindings.h"
+#include "agent/bindings/itemguard.h"
 #include "agent/reflection/bind.h"
 
 #include <QListWidget>
@@ -10,6 +11,7 @@ namespace Torvix::Agent {
 static void bindTable(Registry& registry)
 {
     Bind<QTableWidgetItem>(registry)
+        .guard(Guards::ofTableItem)
         .method("text", &QTableWidgetItem::text)
         .method("setText", &QTableWidgetItem::setText, "text")
         .method("row", &QTableWidgetItem::row)
@@ -55,6 +57,7 @@ static void bindTable(Registry& registry)
 static void bindTree(Registry& registry)
 {
     Bind<QTreeWidgetItem>(registry)
+        .guard(Guards::ofTreeItem)
         .method("text", &QTreeWidgetItem::text, "column")
         .method("setText", &QTreeWidgetItem::setText, "column, text")
         .method("childCount", &QTreeWidgetItem::childCount)
@@ -99,6 +102,7 @@ static void bindTree(Registry& registry)
 static void bindList(Registry& registry)
 {
     Bind<QListWidgetItem>(registry)
+        .guard(Guards::ofListItem)
         .method("text", &QListWidgetItem::text)
         .method("setText", &QListWidgetItem::setText, "text")
         .method("listWidget", &QListWidgetItem::listWidget)

@@ -1,4 +1,5 @@
 #include "agent/bindings/bindings.h"
+#include "agent/bindings/itemguard.h"
 #include "agent/reflection/bind.h"
 
 #include <QAbstractItemModel>
@@ -63,6 +64,7 @@ void bindModels(Registry& registry)
 {
     bindModel(registry);
     Bind<QStandardItem>(registry)
+        .guard(Guards::ofStandardItem)
         .method("text", &QStandardItem::text)
         .method("setText", &QStandardItem::setText, "text")
         .method("row", &QStandardItem::row)

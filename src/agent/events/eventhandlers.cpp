@@ -1,8 +1,8 @@
 #include "agent/events/eventhandlers.h"
 
-#include "agent/error.h"
 #include "agent/reflection/convert.h"
-#include "agent/wire.h"
+#include "agent/reflection/error.h"
+#include "agent/session/wire.h"
 
 #include <QCoreApplication>
 #include <QDialog>

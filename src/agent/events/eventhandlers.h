@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agent/session.h"
+#include "agent/session/session.h"
 #include "protocol/eventmessages.h"
 
 #include <QEvent>

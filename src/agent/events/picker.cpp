@@ -1,7 +1,7 @@
 #include "agent/events/picker.h"
 
-#include "agent/screen.h"
-#include "agent/wire.h"
+#include "agent/lookup/objecttree.h"
+#include "agent/session/wire.h"
 #include "protocol/usermessages.h"
 
 #include <QApplication>

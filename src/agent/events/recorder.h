@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agent/session.h"
+#include "agent/session/session.h"
 #include "protocol/usermessages.h"
 
 #include <QElapsedTimer>

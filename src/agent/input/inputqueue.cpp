@@ -1,6 +1,6 @@
 #include "agent/input/inputqueue.h"
 
-#include "agent/error.h"
+#include "agent/reflection/error.h"
 
 #include <QCoreApplication>
 #include <QScopeGuard>

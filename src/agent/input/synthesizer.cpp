@@ -1,13 +1,13 @@
 #include "agent/input/synthesizer.h"
 
-#include "agent/error.h"
 #include "agent/input/draganddrop.h"
 #include "agent/input/inputqueue.h"
 #include "agent/input/keytext.h"
-#include "agent/items/graphics.h"
 #include "agent/lookup/namematcher.h"
 #include "agent/lookup/objecttree.h"
-#include "agent/screen.h"
+#include "agent/reflection/error.h"
+#include "agent/widgets/graphics.h"
+#include "agent/widgets/widgettoolkit.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -231,23 +231,7 @@ QPoint pointerPosition()
     return pointer().global;
 }
 
-QWidget* blockerOf(QWidget* widget)
-{
-    QWidget* modal = QApplication::activeModalWidget();
-    if (!modal || !widget)
-        return nullptr;
-    const QWidget* window = widget->window();
-    // Popups of the dialog, and windows that belong to it, are not shut off.
-    for (const QWidget* at = window; at; at = at->parentWidget())
-        if (at == modal || at->windowType() == Qt::Popup)
-            return nullptr;
-    if (modal->windowModality() == Qt::WindowModal && modal->parentWidget() &&
-        modal->parentWidget()->window() != window)
-        return nullptr;
-    return modal;
-}
-
-static Place placeInWindow(QWindow* window, const QPoint* position)
+Place placeIn(QWindow* window, const QPoint* position)
 {
     if (!window->isVisible())
         throw Error(QStringLiteral("%1 is not visible").arg(describeObject(window)));
@@ -255,19 +239,13 @@ static Place placeInWindow(QWindow* window, const QPoint* position)
     return {nullptr, position ? *position : center, window};
 }
 
-Place placeIn(const Value& target, const QPoint* position)
+Place placeIn(QWidget* widget, const QRect& part, const QPoint* position)
 {
-    if (auto* window = qobject_cast<QWindow*>(target.object()))
-        return placeInWindow(window, position);
-    QRect part;
-    QWidget* widget = widgetOf(target, &part);
     if (!widget->isVisible())
         throw Error(QStringLiteral("%1 is not visible").arg(describeObject(widget)));
-    if (QWidget* modal = blockerOf(widget))
+    if (QWidget* modal = modalBlockerOf(widget))
         throw Error(QStringLiteral("%1 gets no input while the modal window %2 is open")
                         .arg(describeObject(widget), describeObject(modal)));
-    if (part.isEmpty())
-        throwNoPlace(target);
     // Of an item wider than its view only the part that can be seen takes a click.
     const QRect shown = part & widget->rect();
     const Place place{widget, position          ? part.topLeft() + *position

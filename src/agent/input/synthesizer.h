@@ -1,12 +1,9 @@
 #pragma once
 
-#include "agent/reflection/value.h"
-
 #include <QPoint>
-#include <Qt>
-
-class QWidget;
-class QWindow;
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
 
 namespace Torvix::Agent {
 
@@ -28,10 +25,11 @@ struct Place
 };
 
 /**
- * The place in `target`, its centre without `position`. Throws for what is not visible, has no place
- * on the screen, or is shut off by a modal window.
+ * The place in a part of a widget, the centre of what can be seen of it without `position`. Throws for a
+ * widget that is not visible or is shut off by a modal window.
  */
-Place placeIn(const Value& target, const QPoint* position);
+Place placeIn(QWidget* widget, const QRect& part, const QPoint* position);
+Place placeIn(QWindow* window, const QPoint* position);
 
 void mouseMove(const Place& place, Qt::KeyboardModifiers modifiers = {});
 void mousePress(const Place& place, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
@@ -60,9 +58,6 @@ void key(int key, Qt::KeyboardModifiers modifiers, const QString& text);
 
 /** Asks the window to close as its close button does. */
 void closeWindow(QWidget* window);
-
-/** The modal window that shuts `widget` off from input; null when none does. */
-QWidget* blockerOf(QWidget* widget);
 
 /** Gives the keyboard focus to a window without widgets. */
 void focus(QWindow* window);

@@ -1,11 +1,12 @@
 #include "agent/items/itemactions.h"
 
-#include "agent/error.h"
 #include "agent/input/inputqueue.h"
 #include "agent/input/synthesizer.h"
 #include "agent/items/items.h"
+#include "agent/items/target.h"
 #include "agent/lookup/namematcher.h"
-#include "agent/screen.h"
+#include "agent/reflection/error.h"
+#include "agent/widgets/widgettoolkit.h"
 #include "protocol/message.h"
 
 #include <QAbstractItemView>
@@ -108,7 +109,7 @@ void activateMenu(QWidget* menu, const QStringList& path)
             throw Error(QStringLiteral("%1 is not open").arg(describeObject(menu)));
         clickEntry(opener);
     }
-    if (QWidget* modal = Input::blockerOf(menu))
+    if (QWidget* modal = modalBlockerOf(menu))
         throw Error(QStringLiteral("%1 gets no input while the modal window %2 is open")
                         .arg(describeObject(menu), describeObject(modal)));
     for (int depth = 1; depth <= path.size(); ++depth)
@@ -141,7 +142,7 @@ void activateComboItem(QComboBox* combo, const QPersistentModelIndex& index)
 {
     QPoint arrow(combo->width() - 8, combo->height() / 2);
     if (!combo->view()->isVisible())
-        Input::click(Input::placeIn(Value::ofObject(combo), &arrow), Qt::LeftButton, {});
+        Input::click(placeIn(Value::ofObject(combo), &arrow), Qt::LeftButton, {});
     InputQueue::instance().postPlanner([view = QPointer<QAbstractItemView>(combo->view()), index] {
         if (!view || !index.isValid())
             throw Error(QStringLiteral("the entry of the combo box has gone"));
@@ -166,7 +167,7 @@ void clickTab(const Value& item, Qt::MouseButton button, Qt::KeyboardModifiers m
         return;
     }
     const QPoint center = rect.center();
-    Input::click(Input::placeIn(Value::ofObject(bar), &center), button, modifiers);
+    Input::click(placeIn(Value::ofObject(bar), &center), button, modifiers);
 }
 
 QAbstractItemView* viewFor(QObject* container)
@@ -187,7 +188,7 @@ Input::Place placeOf(QObject* container, const QModelIndex& index)
 {
     QAbstractItemView* view = viewFor(container);
     const QPoint center = shownCenter(view, index);
-    return Input::placeIn(Value::ofObject(view->viewport()), &center);
+    return placeIn(Value::ofObject(view->viewport()), &center);
 }
 
 void setExpanded(QObject* container, const QStringList& path, bool expanded)
@@ -268,7 +269,7 @@ void click(QObject* container, const QStringList& path, Qt::MouseButton button,
            Qt::KeyboardModifiers modifiers)
 {
     if (qobject_cast<QHeaderView*>(container)) {
-        Input::click(Input::placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
+        Input::click(placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
         return;
     }
     if (!qobject_cast<QAbstractItemView*>(container)) {
@@ -282,7 +283,7 @@ void doubleClick(QObject* container, const QStringList& path, Qt::MouseButton bu
                  Qt::KeyboardModifiers modifiers)
 {
     if (qobject_cast<QHeaderView*>(container)) {
-        Input::doubleClick(Input::placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
+        Input::doubleClick(placeIn(itemOrThrow(container, path), nullptr), button, modifiers);
         return;
     }
     Input::doubleClick(placeOf(container, shownIndex(container, path)), button, modifiers);

@@ -1,9 +1,9 @@
 #include "agent/items/items.h"
 
-#include "agent/error.h"
 #include "agent/lookup/namematcher.h"
 #include "agent/lookup/objecttree.h"
 #include "agent/reflection/convert.h"
+#include "agent/reflection/error.h"
 
 #include <QAbstractItemView>
 #include <QAction>

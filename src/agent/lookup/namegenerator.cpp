@@ -3,8 +3,6 @@
 #include "agent/lookup/namematcher.h"
 #include "agent/lookup/objecttree.h"
 
-#include <QWidget>
-
 namespace Torvix::Agent {
 
 using Protocol::NameCondition;
@@ -84,7 +82,7 @@ NameConditions realNameOf(QObject* object)
         name.append(exact("visible", QStringLiteral("true")));
     if (isUnique(name, object))
         return name;
-    QWidget* window = windowOf(object);
+    QObject* window = windowOf(object);
     if (window && window != object) {
         name.append(nested("window", ownName(window)));
         if (isUnique(name, object))

@@ -1,13 +1,11 @@
 #include "agent/lookup/namematcher.h"
 
-#include "agent/error.h"
 #include "agent/lookup/objecttree.h"
+#include "agent/reflection/error.h"
 #include "agent/reflection/value.h"
 
-#include <QLabel>
 #include <QMetaEnum>
 #include <QMetaProperty>
-#include <QWidget>
 
 #include <algorithm>
 #include <cstdlib>
@@ -234,7 +232,7 @@ bool NameMatcher::ancestorHolds(Condition& condition, QObject* object)
 
 bool NameMatcher::windowHolds(Condition& condition, QObject* object)
 {
-    QWidget* window = windowOf(object);
+    QObject* window = windowOf(object);
     if (!window)
         return false;
     const auto known = condition.known.constFind(window);
@@ -250,9 +248,10 @@ bool NameMatcher::buddyHolds(Condition& condition, QObject* object)
     if (!condition.haveBuddies) {
         condition.haveBuddies = true;
         visitAll([&](QObject* at) {
-            const auto* label = qobject_cast<const QLabel*>(at);
-            if (label && label->buddy() && condition.nested->matches(at))
-                condition.buddies.insert(label->buddy());
+            const Toolkit* toolkit = Toolkit::of(at);
+            QObject* buddy = toolkit ? toolkit->buddyOf(at) : nullptr;
+            if (buddy && condition.nested->matches(at))
+                condition.buddies.insert(buddy);
             return true;
         });
     }
@@ -384,7 +383,7 @@ QString NameMatcher::difference(Condition& condition, QObject* object)
             return QStringLiteral("it has no property '%1'").arg(condition.source.property);
         break;
     case Subject::Window:
-        if (QWidget* window = windowOf(object))
+        if (QObject* window = windowOf(object))
             return QStringLiteral("its 'window' is %1 (%2)")
                 .arg(describeObject(window), condition.nested->differences(window));
         return QStringLiteral("it is in no window");

@@ -1,92 +1,77 @@
 #include "agent/lookup/objecttree.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QGraphicsObject>
-#include <QWidget>
-#include <QWindow>
-
-#include <algorithm>
+#include <QCoreApplication>
 
 namespace Torvix::Agent {
-
-/**
- * Qt keeps widgets in no order at all, and an `occurrence` is to mean the same window tomorrow. Their
- * native windows are in the order in which they were first shown; those never shown come after.
- */
-static void sortByAge(QList<QObject*>& widgets)
-{
-    if (widgets.size() < 2)
-        return;
-    const QWindowList windows = QGuiApplication::allWindows();
-    const auto age = [&](const QObject* object) {
-        const int index = windows.indexOf(static_cast<const QWidget*>(object)->windowHandle());
-        return index < 0 ? windows.size() : index;
-    };
-    const auto isBefore = [&](const QObject* a, const QObject* b) {
-        const int ageA = age(a);
-        const int ageB = age(b);
-        if (ageA != ageB)
-            return ageA < ageB;
-        const int byClass = qstrcmp(a->metaObject()->className(), b->metaObject()->className());
-        return byClass != 0 ? byClass < 0 : a->objectName() < b->objectName();
-    };
-    std::stable_sort(widgets.begin(), widgets.end(), isBefore);
-}
 
 QList<QObject*> topLevelObjects()
 {
     QList<QObject*> roots;
-    if (qobject_cast<QApplication*>(QCoreApplication::instance())) {
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (!widget->parent() && !widget->graphicsProxyWidget())
-                roots.append(widget);
-        sortByAge(roots);
-    }
-    for (QWindow* window : QGuiApplication::topLevelWindows())
-        // The native windows behind widgets are no objects of their own to scripts.
-        if (!window->parent() && !window->inherits("QWidgetWindow"))
-            roots.append(window);
+    for (const auto& toolkit : Toolkit::all())
+        roots += toolkit->topLevelObjects();
     roots.append(QCoreApplication::instance());
     return roots;
 }
 
 QObject* parentOf(QObject* object)
 {
-    QObject* parent = object->parent();
-    return parent ? parent : Graphics::adoptingParent(object);
+    if (QObject* parent = object->parent())
+        return parent;
+    for (const auto& toolkit : Toolkit::all())
+        if (QObject* parent = toolkit->adoptingParent(object))
+            return parent;
+    return nullptr;
+}
+
+Toolkit::AdoptedChildren adoptedChildren()
+{
+    Toolkit::AdoptedChildren adopted;
+    for (const auto& toolkit : Toolkit::all())
+        toolkit->addAdoptedChildren(adopted);
+    return adopted;
 }
 
 QObjectList childrenOf(QObject* object)
 {
-    return object->children() + Graphics::adoptedChildren().values(object);
+    return object->children() + adoptedChildren().values(object);
 }
 
-QWidget* nearestWidget(QObject* object)
+QObject* nearestShown(QObject* object)
 {
-    for (QObject* at = object; at; at = parentOf(at))
-        if (at->isWidgetType())
-            return static_cast<QWidget*>(at);
+    QObject* at = object;
+    while (at && !Toolkit::of(at))
+        at = parentOf(at);
+    return at;
+}
+
+QObject* windowOf(QObject* object)
+{
+    for (QObject* at = object; at; at = parentOf(at)) {
+        const Toolkit* toolkit = Toolkit::of(at);
+        if (QObject* window = toolkit ? toolkit->windowOf(at) : nullptr)
+            return window;
+    }
     return nullptr;
-}
-
-QWidget* windowOf(QObject* object)
-{
-    QWidget* widget = nearestWidget(object);
-    return widget ? widget->window() : nullptr;
 }
 
 bool isVisible(const QObject* object)
 {
-    if (object->isWidgetType())
-        return static_cast<const QWidget*>(object)->isVisible();
-    if (object->isWindowType())
-        return static_cast<const QWindow*>(object)->isVisible();
-    if (const auto* action = qobject_cast<const QAction*>(object))
-        return action->isVisible();
-    if (const auto* item = qobject_cast<const QGraphicsObject*>(object))
-        return item->isVisible();
-    return false;
+    const Toolkit* toolkit = Toolkit::of(object);
+    return toolkit && toolkit->isVisible(object);
+}
+
+QObject* blockerOf(QObject* object)
+{
+    QObject* shown = nearestShown(object);
+    return shown ? Toolkit::of(shown)->blockerOf(shown) : nullptr;
+}
+
+QObject* objectAt(const QPoint& globalPosition)
+{
+    for (const auto& toolkit : Toolkit::all())
+        if (QObject* object = toolkit->objectAt(globalPosition))
+            return object;
+    return nullptr;
 }
 
 } // namespace Torvix::Agent

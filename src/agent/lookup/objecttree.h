@@ -1,17 +1,14 @@
 #pragma once
 
-#include "agent/items/graphics.h"
+#include "agent/lookup/toolkit.h"
 
-#include <QList>
 #include <QObject>
-
-class QWidget;
 
 namespace Torvix::Agent {
 
 /**
  * The objects of the application as one tree: the windows without a parent, then the application
- * object, each with its QObject children in their own order, and a view with what its scene holds.
+ * object, each with its QObject children in their own order, and with those that a toolkit shows in it.
  */
 QList<QObject*> topLevelObjects();
 
@@ -19,18 +16,26 @@ QList<QObject*> topLevelObjects();
 QObject* parentOf(QObject* object);
 QObjectList childrenOf(QObject* object);
 
-/** The widget, or the nearest ancestor that is one; null when there is none. */
-QWidget* nearestWidget(QObject* object);
+/** The object itself, or the nearest ancestor that a person sees; null when there is none. */
+QObject* nearestShown(QObject* object);
 
-/** The widget's window, or that of the nearest ancestor; null when there is none. */
-QWidget* windowOf(QObject* object);
+/** The window of the object, or of the nearest ancestor that is in one; null when there is none. */
+QObject* windowOf(QObject* object);
 
-/** What a person sees: visible widgets, windows and actions; everything else is not. */
+/** What a person sees: visible widgets, windows, actions and graphics items; everything else is not. */
 bool isVisible(const QObject* object);
+
+/** The modal window that shuts the object, or what shows it, off from input; null when none does. */
+QObject* blockerOf(QObject* object);
+
+/** The topmost visible object at a position on the screen; null when there is none. */
+QObject* objectAt(const QPoint& globalPosition);
+
+Toolkit::AdoptedChildren adoptedChildren();
 
 /** Calls `visit(object)` for every object in tree order until it answers false. */
 template <class Visit>
-bool visitTree(QObject* root, const QMultiHash<QObject*, QObject*>& adopted, Visit& visit)
+bool visitTree(QObject* root, const Toolkit::AdoptedChildren& adopted, Visit& visit)
 {
     if (!visit(root))
         return false;
@@ -47,7 +52,7 @@ bool visitTree(QObject* root, const QMultiHash<QObject*, QObject*>& adopted, Vis
 template <class Visit>
 void visitAll(Visit visit)
 {
-    const QMultiHash<QObject*, QObject*> adopted = Graphics::adoptedChildren();
+    const Toolkit::AdoptedChildren adopted = adoptedChildren();
     for (QObject* root : topLevelObjects())
         if (!visitTree(root, adopted, visit))
             return;

@@ -94,6 +94,23 @@ public:
         return *this;
     }
 
+    /** For a class that QObjects may inherit beside QObject: its address in the object, null for others. */
+    Bind& addressIn(C* (*find)(const Value& object))
+    {
+        m_class.addressIn = [find](const Value& object) -> void* { return find(object); };
+        return *this;
+    }
+
+    /**
+     * For objects that go without a signal. The guard that is made while the object is there tells
+     * later whether it still is, without touching it; a null one counts as always.
+     */
+    Bind& guard(std::function<bool()> (*guardOf)(C* object))
+    {
+        m_class.makeGuard = [guardOf](void* object) { return guardOf(static_cast<C*>(object)); };
+        return *this;
+    }
+
     template <class R, class B, class... A>
     Bind& method(const char* name, R (B::*member)(A...), const char* names = "",
                  const std::vector<Value>& defaultValues = {})

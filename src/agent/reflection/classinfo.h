@@ -58,6 +58,10 @@ struct ClassInfo
     const QMetaObject* metaObject = nullptr;
     /** Values of it are copied rather than pointed to. */
     bool isValue = false;
+    /** Where the class lies in a QObject that inherits it beside QObject; null for all other classes. */
+    std::function<void*(const Value& object)> addressIn;
+    /** Makes what tells whether a pointer of the class is still good, see Bind::guard(); may be null. */
+    std::function<std::function<bool()>(void* object)> makeGuard;
     std::vector<PropertyInfo> properties;
     std::vector<MethodInfo> methods;
     std::vector<MethodInfo> constructors;

@@ -1,7 +1,7 @@
 #include "agent/reflection/conversions.h"
 
-#include "agent/error.h"
 #include "agent/reflection/convert.h"
+#include "agent/reflection/error.h"
 #include "agent/reflection/registry.h"
 #include "protocol/message.h"
 

@@ -1,9 +1,6 @@
 #include "agent/reflection/convert.h"
 
-#include "agent/items/graphics.h"
 #include "agent/reflection/registry.h"
-
-#include <QGraphicsItem>
 
 namespace Torvix::Agent {
 
@@ -31,10 +28,8 @@ void* pointerTo(const Value& value, const QByteArray& className)
         return nullptr;
     if (!Registry::instance().inherits(value.typeName, className))
         throwWrongType(value, className);
-    // The one class that Qt's objects inherit beside QObject, which lies elsewhere in them.
-    if (className == "QGraphicsItem")
-        return Graphics::itemOf(value);
-    return value.address();
+    const ClassInfo* info = Registry::instance().byName(className);
+    return info && info->addressIn ? info->addressIn(value) : value.address();
 }
 
 static QVariant invokable(const Value& value, int type)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "agent/error.h"
+#include "agent/reflection/error.h"
 #include "agent/reflection/typename.h"
 #include "agent/reflection/value.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-namespace Torvix::Agent {
+#include "agent/reflection/typename.h"
 
-class Registry;
+namespace Torvix::Agent {
 
 /** The class whose static members are the global functions and properties of scripts. */
 struct GlobalFunctions
@@ -11,7 +11,10 @@ struct GlobalFunctions
 
 constexpr const char* globalClassName = "Global";
 
-/** Registers the actions and the application object as members of the global class. */
-void bindGlobalClass(Registry& registry);
+template <>
+struct TypeName<GlobalFunctions>
+{
+    static QByteArray get() { return globalClassName; }
+};
 
 } // namespace Torvix::Agent

@@ -1,6 +1,5 @@
 #include "agent/reflection/registry.h"
 
-#include "agent/bindings/bindings.h"
 #include "agent/reflection/metaclass.h"
 
 #include <QMetaObject>
@@ -13,8 +12,6 @@ namespace Torvix::Agent {
 Registry& Registry::instance()
 {
     static Registry registry;
-    static const bool filled = (bindAll(registry), true);
-    Q_UNUSED(filled);
     return registry;
 }
 
@@ -99,6 +96,12 @@ bool Registry::inherits(const QByteArray& derived, const QByteArray& base)
         return false;
     return std::any_of(info->superClasses.begin(), info->superClasses.end(),
                        [&](const QByteArray& next) { return inherits(next, base); });
+}
+
+std::function<bool()> Registry::guardOf(const Value& value) const
+{
+    const ClassInfo* info = !value.isPointer() || value.isObject() ? nullptr : m_byName.value(value.typeName);
+    return info && info->makeGuard ? info->makeGuard(value.address()) : nullptr;
 }
 
 const EnumInfo* Registry::enumeration(const QByteArray& qualifiedName)

@@ -18,7 +18,7 @@ namespace Torvix::Agent {
 class Registry
 {
 public:
-    /** The one registry, filled with all bindings on first use. */
+    /** The one registry of the process, empty until somebody binds classes, as bindAll() does. */
     static Registry& instance();
 
     Registry();
@@ -35,6 +35,9 @@ public:
 
     /** True when `derived` is `base` or inherits it, over meta-objects and registered bases. */
     bool inherits(const QByteArray& derived, const QByteArray& base);
+
+    /** Tells later whether the pointer is still good, without touching it; null where nothing can be told. */
+    std::function<bool()> guardOf(const Value& value) const;
 
     /** The enum of that qualified name ("Qt::Key", "QFrame::Shape"); null when there is none. */
     const EnumInfo* enumeration(const QByteArray& qualifiedName);
