@@ -67,22 +67,13 @@ Result<ObjectList> made(ApplicationModel* application, const Result<ObjectsReply
 Result<NameConditions> conditionsOf(const QString& name)
 {
     const ObjectMap* map = ObjectMap::self();
-    QString error;
-    ObjectName real;
+    const auto toConditions = [map](const ObjectName& real) { return real.toConditions(map); };
     if (ObjectName::isRealName(name))
-        real = ObjectName::fromString(name, &error);
-    else if (map->contains(name))
-        real = map->objectName(name);
-    else
-        error = QStringLiteral("'%1' is neither a real name nor a symbolic name of the object map").arg(name);
-    if (error.isEmpty() && real.isEmpty())
-        error =
-            QStringLiteral("An empty name fits every object. (One entry that is undefined makes a name that "
-                           "a script gives as an object empty.)");
-    NameConditions conditions;
-    if (error.isEmpty() && real.toConditions(map, &conditions, &error))
-        return conditions;
-    return Failure{error};
+        return ObjectName::fromString(name).then(toConditions);
+    if (map->contains(name))
+        return toConditions(map->objectName(name));
+    return Failure{
+        QStringLiteral("'%1' is neither a real name nor a symbolic name of the object map").arg(name)};
 }
 
 } // namespace

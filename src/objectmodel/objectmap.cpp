@@ -23,21 +23,22 @@ struct Entry
 };
 
 /** One line: 'symbolic name' = {real name}. */
-bool readEntry(const QString& line, Entry* entry, QString* error)
+Result<Entry> readEntry(const QString& line)
 {
     NameText text(line);
     text.skipSpace();
-    entry->symbolicName = text.key();
+    const QString symbolicName = text.key();
     text.skipSpace();
     text.expect(QLatin1Char('='));
     text.skipSpace();
-    *error = text.error();
+    if (text.failed())
+        return Failure{text.error()};
     const QString name = text.rest();
-    if (error->isEmpty() && !ObjectName::isRealName(name))
-        *error = QStringLiteral("expected a real name in braces after '='");
-    if (error->isEmpty())
-        entry->name = ObjectName::fromString(name, error);
-    return error->isEmpty();
+    if (!ObjectName::isRealName(name))
+        return Failure{QStringLiteral("expected a real name in braces after '='")};
+    return ObjectName::fromString(name).then([&symbolicName](const ObjectName& real) {
+        return Entry{symbolicName, real};
+    });
 }
 
 } // namespace
@@ -62,18 +63,17 @@ QString ObjectMap::symbolicName(const QString& name, bool create)
 {
     if (!ObjectName::isRealName(name))
         return contains(name) ? name : QString();
-    QString error;
-    const ObjectName real = ObjectName::fromString(name, &error);
-    if (!error.isEmpty())
+    const Result<ObjectName> real = ObjectName::fromString(name);
+    if (!real)
         return QString();
     const QMap<QString, ObjectName> entries = table();
     for (auto it = entries.begin(); it != entries.end(); ++it)
-        if (it.value() == real)
+        if (it.value() == *real)
             return it.key();
     if (!create)
         return QString();
-    const QString suggestion = suggestName(real);
-    insert(suggestion, real);
+    const QString suggestion = suggestName(*real);
+    insert(suggestion, *real);
     return suggestion;
 }
 
@@ -120,13 +120,11 @@ QString ObjectMap::suggestName(const ObjectName& name) const
     return free;
 }
 
-bool ObjectMap::load(const QString& path, QString* error)
+Result<void> ObjectMap::load(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error = QStringLiteral("Cannot read the object map %1: %2").arg(path, file.errorString());
-        return false;
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return Failure{QStringLiteral("Cannot read the object map %1: %2").arg(path, file.errorString())};
     QMap<QString, ObjectName> read;
     QMap<QString, QString> comments;
     QString comment;
@@ -138,25 +136,23 @@ bool ObjectMap::load(const QString& path, QString* error)
                 comment += line + QLatin1Char('\n');
             continue;
         }
-        Entry entry;
-        QString problem;
-        if (readEntry(line, &entry, &problem) && read.contains(entry.symbolicName))
-            problem = QStringLiteral("'%1' is there twice").arg(entry.symbolicName);
-        if (!problem.isEmpty()) {
-            *error = QStringLiteral("%1:%2: %3").arg(path).arg(number).arg(problem);
-            return false;
-        }
-        read.insert(entry.symbolicName, entry.name);
-        comments.insert(entry.symbolicName, comment);
+        const Result<Entry> entry = readEntry(line);
+        QString problem = entry.error();
+        if (entry && read.contains(entry->symbolicName))
+            problem = QStringLiteral("'%1' is there twice").arg(entry->symbolicName);
+        if (!problem.isEmpty())
+            return Failure{QStringLiteral("%1:%2: %3").arg(path).arg(number).arg(problem)};
+        read.insert(entry->symbolicName, entry->name);
+        comments.insert(entry->symbolicName, comment);
         comment.clear();
     }
     comments.insert(QString(), comment);
     m_table = read;
     m_comments = comments;
-    return true;
+    return {};
 }
 
-bool ObjectMap::save(const QString& path, QString* error) const
+Result<void> ObjectMap::save(const QString& path) const
 {
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
@@ -169,10 +165,9 @@ bool ObjectMap::save(const QString& path, QString* error) const
         stream << m_comments.value(QString());
         stream.flush();
         if (file.commit())
-            return true;
+            return {};
     }
-    *error = QStringLiteral("Cannot write the object map %1: %2").arg(path, file.errorString());
-    return false;
+    return Failure{QStringLiteral("Cannot write the object map %1: %2").arg(path, file.errorString())};
 }
 
 } // namespace Torvix

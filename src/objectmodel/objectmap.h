@@ -52,9 +52,9 @@ public:
      * Replaces the table by the file's. On failure (no such file, or a line that cannot be read,
      * told with file and line) the table stays as it is.
      */
-    bool load(const QString& path, QString* error);
+    Result<void> load(const QString& path);
     /** Writes the file anew, sorted; comments stay with the entry below them. Replaces atomically. */
-    bool save(const QString& path, QString* error) const;
+    Result<void> save(const QString& path) const;
 
     /** A name for an entry that is not taken yet. */
     QString suggestName(const ObjectName& name) const;

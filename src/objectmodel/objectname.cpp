@@ -10,7 +10,12 @@ namespace Torvix {
 
 namespace {
 
+using Protocol::NameCondition;
+using Protocol::NameConditions;
+
 constexpr int maxNesting = 32;
+const auto emptyNameHint =
+    QLatin1String("(One entry that is undefined makes a name that a script gives as an object empty.)");
 
 class NameReader
 {
@@ -91,15 +96,15 @@ QString conditionText(const QString& property, const PropertyValue& value)
 
 } // namespace
 
-ObjectName ObjectName::fromString(const QString& text, QString* error)
+Result<ObjectName> ObjectName::fromString(const QString& text)
 {
     NameText source(text);
     source.skipSpace();
     const ObjectName name = NameReader(&source).read(0);
     source.expectEnd();
-    if (error)
-        *error = source.failed() ? QStringLiteral("%1 in the name %2").arg(source.error(), text) : QString();
-    return source.failed() ? ObjectName() : name;
+    if (source.failed())
+        return Failure{QStringLiteral("%1 in the name %2").arg(source.error(), text)};
+    return name;
 }
 
 bool ObjectName::isRealName(const QString& text)
@@ -132,83 +137,83 @@ namespace {
 class Resolver
 {
 public:
-    Resolver(const ObjectMap* map, QString* error) : m_map(map), m_error(error) {}
+    explicit Resolver(const ObjectMap* map) : m_map(map) {}
 
-    bool resolve(const ObjectName& name, Protocol::NameConditions* conditions, const QStringList& path)
+    Result<NameConditions> resolve(const ObjectName& name, const QStringList& path) const
     {
+        NameConditions conditions;
         const QMap<QString, PropertyValue>& properties = name.properties();
         for (auto it = properties.begin(); it != properties.end(); ++it) {
-            Protocol::NameCondition condition;
-            condition.property = it.key();
-            if (!fill(it.key(), it.value(), &condition, path))
-                return false;
-            conditions->append(condition);
+            const Result<NameCondition> condition = conditionOf(it.key(), it.value(), path);
+            if (!condition)
+                return condition.failure();
+            conditions.append(*condition);
         }
-        return true;
+        return conditions;
     }
 
 private:
-    bool fill(const QString& property, const PropertyValue& value, Protocol::NameCondition* condition,
-              const QStringList& path)
+    Result<NameCondition> conditionOf(const QString& property, const PropertyValue& value,
+                                      const QStringList& path) const
     {
-        const bool isSymbolic = ObjectName::isRelation(property) && value.type != PropertyValue::Name &&
-                                !ObjectName::isRealName(value.value);
-        if (isSymbolic)
-            return fillSymbolic(property, value, condition, path);
-        if (value.type == PropertyValue::Name || ObjectName::isRelation(property)) {
-            condition->isNested = true;
-            const ObjectName inner = ObjectName::fromString(value.value, m_error);
-            return m_error->isEmpty() && resolve(inner, &condition->nested, path);
-        }
-        condition->text = value.value;
+        const bool isRelation = ObjectName::isRelation(property);
+        if (value.type == PropertyValue::Name || (isRelation && ObjectName::isRealName(value.value)))
+            return ObjectName::fromString(value.value).then([&](const ObjectName& inner) {
+                return nested(property, inner, path);
+            });
+        if (isRelation)
+            return symbolic(property, value.value, path);
+        NameCondition condition;
+        condition.property = property;
+        condition.text = value.value;
         if (value.matchType == PropertyValue::Wildcard)
-            condition->match = Protocol::Match::Wildcard;
-        if (value.matchType == PropertyValue::RegularExpression)
-            return fillExpression(value, condition);
-        return true;
-    }
-
-    bool fillSymbolic(const QString& property, const PropertyValue& value, Protocol::NameCondition* condition,
-                      const QStringList& path)
-    {
-        if (path.contains(value.value)) {
-            *m_error = QStringLiteral("The symbolic name '%1' contains itself").arg(value.value);
-            return false;
-        }
-        if (!m_map || !m_map->contains(value.value)) {
-            *m_error = QStringLiteral("'%1' (%2) is not a symbolic name of the object map")
-                           .arg(value.value, property);
-            return false;
-        }
-        condition->isNested = true;
-        return resolve(m_map->objectName(value.value), &condition->nested, path + QStringList(value.value));
-    }
-
-    bool fillExpression(const PropertyValue& value, Protocol::NameCondition* condition)
-    {
-        condition->match = Protocol::Match::RegularExpression;
+            condition.match = Protocol::Match::Wildcard;
+        if (value.matchType != PropertyValue::RegularExpression)
+            return condition;
+        condition.match = Protocol::Match::RegularExpression;
         const QRegularExpression expression(value.value);
         if (!expression.isValid())
-            *m_error = QStringLiteral("The regular expression '%1' is not valid: %2")
-                           .arg(value.value, expression.errorString());
-        return expression.isValid();
+            return Failure{QStringLiteral("The regular expression '%1' is not valid: %2")
+                               .arg(value.value, expression.errorString())};
+        return condition;
+    }
+
+    Result<NameCondition> symbolic(const QString& property, const QString& name,
+                                   const QStringList& path) const
+    {
+        if (path.contains(name))
+            return Failure{QStringLiteral("The symbolic name '%1' contains itself").arg(name)};
+        if (!m_map || !m_map->contains(name))
+            return Failure{
+                QStringLiteral("'%1' (%2) is not a symbolic name of the object map").arg(name, property)};
+        return nested(property, m_map->objectName(name), path + QStringList(name));
+    }
+
+    Result<NameCondition> nested(const QString& property, const ObjectName& name,
+                                 const QStringList& path) const
+    {
+        if (name.isEmpty())
+            return Failure{QStringLiteral("The name of the %1 is empty: it would match every object. %2")
+                               .arg(property, emptyNameHint)};
+        return resolve(name, path).then([&property](const NameConditions& conditions) {
+            NameCondition condition;
+            condition.property = property;
+            condition.isNested = true;
+            condition.nested = conditions;
+            return condition;
+        });
     }
 
     const ObjectMap* m_map;
-    QString* m_error;
 };
 
 } // namespace
 
-bool ObjectName::toConditions(const ObjectMap* map, Protocol::NameConditions* conditions,
-                              QString* error) const
+Result<Protocol::NameConditions> ObjectName::toConditions(const ObjectMap* map) const
 {
-    QString problem;
-    conditions->clear();
-    const bool resolved = Resolver(map, &problem).resolve(*this, conditions, {});
-    if (error)
-        *error = problem;
-    return resolved;
+    if (isEmpty())
+        return Failure{QStringLiteral("An empty name would match every object. %1").arg(emptyNameHint)};
+    return Resolver(map).resolve(*this, {});
 }
 
 ObjectName ObjectName::fromConditions(const Protocol::NameConditions& conditions)

@@ -2,6 +2,7 @@
 
 #include "objectmodel/propertyvalue.h"
 #include "protocol/namecondition.h"
+#include "shared/base/result.h"
 
 #include <QMap>
 
@@ -25,11 +26,8 @@ public:
     ObjectName() = default;
     explicit ObjectName(const QMap<QString, PropertyValue>& properties) : m_properties(properties) {}
 
-    /**
-     * Reads the text form. On failure an empty name, with what is wrong and where (columns count
-     * from 1) in `*error`, which may be null.
-     */
-    static ObjectName fromString(const QString& text, QString* error);
+    /** Reads the text form. A failure says what is wrong and where; columns count from 1. */
+    static Result<ObjectName> fromString(const QString& text);
     /** True when the text is meant as a real name: it begins with a brace. */
     static bool isRealName(const QString& text);
 
@@ -44,10 +42,10 @@ public:
 
     /**
      * For the wire. Symbolic names in relations are looked up in the map (null: none is known).
-     * @return false for an unknown symbolic name, one that contains itself, or a bad regular
-     *         expression, told in `*error`
+     * Fails for an unknown symbolic name, one that contains itself, a bad regular expression, and where
+     * this name or one inside it is empty: that would match any object.
      */
-    bool toConditions(const ObjectMap* map, Protocol::NameConditions* conditions, QString* error) const;
+    Result<Protocol::NameConditions> toConditions(const ObjectMap* map) const;
     static ObjectName fromConditions(const Protocol::NameConditions& conditions);
 
     friend bool operator==(const ObjectName& a, const ObjectName& b)

@@ -307,8 +307,10 @@ void CaseRunner::reportFailedLookup(const QString&, const QString&, QString*)
 
 bool CaseRunner::loadObjectMap(const QString& path)
 {
-    QString error;
-    return ObjectMap::self()->load(path, &error);
+    if (!QFileInfo::exists(path))
+        return false;
+    Inspector::self()->note(ObjectMap::self()->load(path));
+    return true;
 }
 
 bool CaseRunner::mouseAction(SharedPtr<Object> object, int flags, int x, int y, int button, int modifiers,

@@ -27,18 +27,17 @@ protected:
 
     QTemporaryDir folder;
     ObjectMap map;
-    QString error;
 };
 
 TEST_F(ObjectMapFile, IsReadAndWrittenWithItsComments)
 {
     const QString path = write("# the buttons\n\n'OK' = {type='QPushButton' text='OK' window='Main'}\n"
                                "  Main={ type='MainWindow' }\r\n'it\\'s = {' = {name='x'}\n# last words\n");
-    ASSERT_TRUE(map.load(path, &error)) << qPrintable(error);
+    ASSERT_EQ(QString(), map.load(path).error());
     EXPECT_EQ(3, map.table().size());
     EXPECT_EQ(text("{name='x'}"), map.realName(text("it's = {")));
-    map.insert(text("New"), ObjectName::fromString(text("{type='X'}"), &error));
-    ASSERT_TRUE(map.save(path, &error)) << qPrintable(error);
+    map.insert(text("New"), *ObjectName::fromString(text("{type='X'}")));
+    ASSERT_EQ(QString(), map.save(path).error());
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(QByteArray("'Main' = {type='MainWindow'}\n'New' = {type='X'}\n"
@@ -46,7 +45,7 @@ TEST_F(ObjectMapFile, IsReadAndWrittenWithItsComments)
                          "'it\\'s = {' = {name='x'}\n# last words\n"),
               file.readAll());
     ObjectMap again;
-    EXPECT_TRUE(again.load(path, &error)) << qPrintable(error);
+    EXPECT_EQ(QString(), again.load(path).error());
     EXPECT_EQ(map.table(), again.table());
 }
 
@@ -65,12 +64,12 @@ TEST_F(ObjectMapFile, ABadLineIsToldAndChangesNothing)
         {"'A = {}\n", ":1: the closing quote is missing"},
     };
     for (const auto& entry : cases) {
-        EXPECT_FALSE(map.load(write(entry.content), &error)) << entry.content;
+        const QString error = map.load(write(entry.content)).error();
         EXPECT_TRUE(error.contains(text(entry.error))) << qPrintable(error);
     }
-    EXPECT_FALSE(map.load(folder.filePath(text("none")), &error));
+    EXPECT_FALSE(map.load(folder.filePath(text("none"))));
     EXPECT_TRUE(map.contains(text("Here")));
-    EXPECT_FALSE(map.save(folder.filePath(text("no/such/folder")), &error));
+    EXPECT_FALSE(map.save(folder.filePath(text("no/such/folder"))));
 }
 
 TEST(ObjectMap, GivesAndMakesSymbolicNames)

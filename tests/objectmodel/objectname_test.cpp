@@ -31,11 +31,10 @@ TEST(ObjectName, ReadsAndWritesTheTextForm)
         {"{text='{}'}", "{text='{}'}"},
     };
     for (const auto& entry : cases) {
-        QString error;
-        const ObjectName name = ObjectName::fromString(text(entry.written), &error);
-        EXPECT_EQ(QString(), error) << entry.written;
-        EXPECT_EQ(text(entry.canonical), name.toString());
-        EXPECT_EQ(name, ObjectName::fromString(name.toString(), &error)) << entry.written;
+        const Result<ObjectName> name = ObjectName::fromString(text(entry.written));
+        EXPECT_EQ(QString(), name.error()) << entry.written;
+        EXPECT_EQ(text(entry.canonical), name->toString());
+        EXPECT_EQ(*name, *ObjectName::fromString(name->toString())) << entry.written;
     }
 }
 
@@ -46,9 +45,9 @@ TEST(ObjectName, AnyTextSurvives)
         all += QChar(c);
     ObjectName name;
     name.set(all, PropertyValue(all, PropertyValue::Wildcard));
-    QString error;
-    EXPECT_EQ(name, ObjectName::fromString(name.toString(), &error));
-    EXPECT_EQ(QString(), error);
+    const Result<ObjectName> again = ObjectName::fromString(name.toString());
+    EXPECT_EQ(name, *again);
+    EXPECT_EQ(QString(), again.error());
     EXPECT_FALSE(name.toString().contains(QLatin1Char('\n'))) << "an entry of the map is one line";
 }
 
@@ -73,30 +72,27 @@ TEST(ObjectName, SaysWhatIsWrongAndWhere)
         {"", "expected '{' at column 1"},
     };
     for (const auto& entry : cases) {
-        QString error;
-        EXPECT_TRUE(ObjectName::fromString(text(entry.written), &error).isEmpty());
+        const QString error = ObjectName::fromString(text(entry.written)).error();
         EXPECT_TRUE(error.startsWith(text(entry.error))) << entry.written << ": " << qPrintable(error);
     }
-    QString error;
-    ObjectName::fromString(QString(100, QLatin1Char('{')).replace(text("{"), text("{a=")), &error);
+    const QString error =
+        ObjectName::fromString(QString(100, QLatin1Char('{')).replace(text("{"), text("{a="))).error();
     EXPECT_TRUE(error.contains(text("nested too deeply"))) << qPrintable(error);
 }
 
 TEST(ObjectName, BecomesConditionsWithSymbolicNamesResolved)
 {
     ObjectMap map;
-    QString error;
-    map.insert(text("Main"), ObjectName::fromString(text("{type='QMainWindow'}"), &error));
-    map.insert(text("Loop"), ObjectName::fromString(text("{window='Loop2'}"), &error));
-    map.insert(text("Loop2"), ObjectName::fromString(text("{container='Loop'}"), &error));
-    const auto conditions = [&](const char* written, Protocol::NameConditions* result) {
-        QString problem;
-        ObjectName::fromString(text(written), &error).toConditions(&map, result, &problem);
-        return problem;
+    map.insert(text("Main"), *ObjectName::fromString(text("{type='QMainWindow'}")));
+    map.insert(text("Loop"), *ObjectName::fromString(text("{window='Loop2'}")));
+    map.insert(text("Loop2"), *ObjectName::fromString(text("{container='Loop'}")));
+    map.insert(text("Nothing"), ObjectName());
+    const auto conditions = [&map](const char* written) {
+        return ObjectName::fromString(text(written))->toConditions(&map);
     };
-    Protocol::NameConditions result;
-    EXPECT_EQ(QString(), conditions("{text~='a.c' window='Main' occurrence=2 x*='?'}", &result));
-    ASSERT_EQ(4, result.size());
+    const auto whole = conditions("{text~='a.c' window='Main' occurrence=2 x*='?'}");
+    ASSERT_EQ(4, whole->size()) << qPrintable(whole.error());
+    const Protocol::NameConditions& result = *whole;
     EXPECT_EQ(text("occurrence"), result[0].property);
     EXPECT_EQ(text("2"), result[0].text);
     EXPECT_EQ(Protocol::Match::RegularExpression, result[1].match);
@@ -106,10 +102,25 @@ TEST(ObjectName, BecomesConditionsWithSymbolicNamesResolved)
     EXPECT_EQ(text("{occurrence=2 text~='a.c' window={type='QMainWindow'} x*='?'}"),
               ObjectName::fromConditions(result).toString());
 
-    EXPECT_TRUE(
-        conditions("{window='Nobody'}", &result).contains(text("'Nobody' (window) is not a symbolic name")));
-    EXPECT_TRUE(conditions("{window='Loop'}", &result).contains(text("contains itself")));
-    EXPECT_TRUE(conditions("{text~='('}", &result).contains(text("not valid")));
+    const struct
+    {
+        const char* written;
+        const char* error;
+    } failing[] = {
+        {"{window='Nobody'}", "'Nobody' (window) is not a symbolic name"},
+        {"{window='Loop'}", "contains itself"},
+        {"{text~='('}", "not valid"},
+        {"{}", "An empty name would match every object"},
+        {"{text='x' window={}}", "The name of the window is empty: it would match every object"},
+        {"{text={}}", "The name of the text is empty"},
+        {"{window={type='A' container={}}}", "The name of the container is empty"},
+        {"{buddy='Nothing'}", "The name of the buddy is empty"},
+        {"{window=''}", "'' (window) is not a symbolic name"},
+    };
+    for (const auto& entry : failing) {
+        const QString error = conditions(entry.written).error();
+        EXPECT_TRUE(error.contains(text(entry.error))) << entry.written << ": " << qPrintable(error);
+    }
 }
 
 TEST(ItemPath, SplitsAtDotsAndKeepsEscapedOnes)

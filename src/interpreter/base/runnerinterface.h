@@ -88,7 +88,8 @@ public:
     /** Tells the runner that `function` found no object of this name. The runner may set the
      *  inspector's last error to something more helpful, and may fill `report` (never null). */
     virtual void reportFailedLookup(const QString& name, const QString& function, QString* report) = 0;
-    /** Replaces the object map by that of the file; false when there is no such file. */
+    /** Replaces the object map by that of the file; false when there is no such file. One that cannot be
+     *  read changes nothing and leaves the inspector's last error. */
     virtual bool loadObjectMap(const QString& path) = 0;
     /** Which of the values of mouseAction() the script gave. */
     enum MouseActionFlag { HasObject = 1, HasModifiers = 2, HasButton = 4, HasPosition = 8 };

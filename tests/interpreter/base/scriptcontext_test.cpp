@@ -117,9 +117,9 @@ TEST(ScriptArgument, MapsBecomeRealNames)
                                                {"visible", context.toArgument(true)},
                                                {"occurrence", context.toArgument(2)},
                                                {"window", window}});
-    QString error;
-    const ObjectName name = ObjectName::fromString(button->toRealName(), &error);
-    EXPECT_TRUE(error.isEmpty()) << error.toStdString();
+    const Result<ObjectName> read = ObjectName::fromString(button->toRealName());
+    ASSERT_TRUE(read) << read.error().toStdString();
+    const ObjectName& name = *read;
     EXPECT_EQ(name.properties().value("text").value, "it's");
     EXPECT_EQ(name.properties().value("occurrence").value, "2");
     EXPECT_EQ(name.properties().value("visible").value, "true");

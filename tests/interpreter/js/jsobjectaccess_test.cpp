@@ -6,7 +6,7 @@
 namespace Torvix {
 namespace {
 
-/** Answers failed look-ups, loads no map but one. */
+/** Answers failed look-ups, loads maps by what they are called. */
 class LookupRunner : public DummyRunnerInterface
 {
 public:
@@ -19,7 +19,9 @@ public:
     bool loadObjectMap(const QString& path) override
     {
         loaded = path;
-        return path == "good.map";
+        if (path == "bad.map")
+            Inspector::self()->note(Failure{"bad.map:2: 'A' is there twice"});
+        return path.endsWith(".map");
     }
 
     QStringList lookups;
@@ -117,6 +119,7 @@ TEST_F(JsObjectAccessTest, ArgumentsAreCheckedInTheirOrder)
     for (const auto& [code, expected] : cases)
         EXPECT_EQ(thrown(code), expected) << code;
     EXPECT_EQ(lookupRunner.loaded, "5") << "a path is taken as text";
+    EXPECT_EQ(thrown("objectMap.load('bad.map')"), "Error: bad.map:2: 'A' is there twice");
     EXPECT_EQ(thrown("objectMap.load('good.map')"), "nothing");
 }
 
@@ -155,8 +158,8 @@ TEST_F(JsObjectAccessTest, PropertiesAreAMap)
 TEST_F(JsObjectAccessTest, TheObjectMapKnowsBothNames)
 {
     EXPECT_EQ(text("objectMap.symbolicNames().length"), "0");
-    ObjectMap::self()->insert("The shape", ObjectName::fromString("{name='one' type='Shape'}", nullptr));
-    ObjectMap::self()->insert("Another", ObjectName::fromString("{name='two' type='Shape'}", nullptr));
+    ObjectMap::self()->insert("The shape", *ObjectName::fromString("{name='one' type='Shape'}"));
+    ObjectMap::self()->insert("Another", *ObjectName::fromString("{name='two' type='Shape'}"));
     EXPECT_EQ(text("objectMap.symbolicNames().join('|')"), "Another|The shape");
     EXPECT_EQ(text("findObject('The shape').size"), "7");
     EXPECT_EQ(text("objectMap.realName('The shape')"), text("objectMap.realName(findObject('The shape'))"));

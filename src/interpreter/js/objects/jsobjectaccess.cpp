@@ -159,8 +159,12 @@ KJS::Value jsObjectMapLoad(KJS::ExecState* exec, KJS::Object&, const KJS::List& 
     if (exec->hadException())
         return KJS::Undefined();
     RunnerInterface* runner = Interpreter::self()->runnerInterface();
+    Inspector* inspector = Inspector::self();
+    inspector->setLastError(QString());
     if (!runner || !runner->loadObjectMap(path))
         return generalError(exec, QLatin1String("File '") + path + QLatin1String("' couldn't be found."));
+    if (!inspector->lastError().isEmpty())
+        return generalError(exec, inspector->lastError());
     return KJS::Undefined();
 }
 
