@@ -1,7 +1,7 @@
 #include "runner/commandline.h"
 
 #include "report/reporters.h"
-#include "runner/nearestname.h"
+#include "shared/text/nearestname.h"
 
 #include <QRegularExpression>
 

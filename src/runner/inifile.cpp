@@ -1,7 +1,7 @@
 #include "runner/inifile.h"
 
-#include "runner/nearestname.h"
 #include "shared/settings/settings.h"
+#include "shared/text/nearestname.h"
 
 #include <QFile>
 #include <QFileInfo>

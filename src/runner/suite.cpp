@@ -1,8 +1,8 @@
 #include "runner/suite.h"
 
 #include "runner/inifile.h"
-#include "runner/nearestname.h"
 #include "shared/settings/settings.h"
+#include "shared/text/nearestname.h"
 
 #include <QDir>
 #include <QFileInfo>

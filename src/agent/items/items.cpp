@@ -4,6 +4,7 @@
 #include "agent/lookup/objecttree.h"
 #include "agent/reflection/convert.h"
 #include "agent/reflection/error.h"
+#include "shared/text/nearestname.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -15,7 +16,6 @@
 #include <QTreeView>
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -153,22 +153,6 @@ QStringList texts(QObject* container, const QStringList& parent)
         }
     found.removeDuplicates();
     return found;
-}
-
-/** How many characters have to be changed, added or left out to get from one text to the other. */
-int editDistance(const QString& from, const QString& to)
-{
-    std::vector<int> row(std::size_t(to.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (int i = 0; i < from.size(); ++i) {
-        int diagonal = std::exchange(row[0], i + 1);
-        for (int j = 0; j < to.size(); ++j) {
-            int& cell = row[std::size_t(j) + 1];
-            const int changed = diagonal + (from.at(i) == to.at(j) ? 0 : 1);
-            diagonal = std::exchange(cell, std::min({changed, cell + 1, row[std::size_t(j)] + 1}));
-        }
-    }
-    return row.back();
 }
 
 /** Small for what was probably meant: a part of the text, or one that differs little. */

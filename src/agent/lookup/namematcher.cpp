@@ -3,6 +3,7 @@
 #include "agent/lookup/objecttree.h"
 #include "agent/reflection/error.h"
 #include "agent/reflection/value.h"
+#include "shared/text/nearestname.h"
 
 #include <QMetaEnum>
 #include <QMetaProperty>
@@ -60,22 +61,7 @@ bool isSimilarText(const QString& one, const QString& other)
     const int allowed = qMin(2, qMin(a.size(), b.size()) / 3);
     if (a.isEmpty() || b.isEmpty() || std::abs(a.size() - b.size()) > allowed)
         return false;
-    // How many characters to add, drop, replace or swap with the next: the optimal string alignment.
-    const int width = b.size() + 1;
-    std::vector<int> cost(std::size_t((a.size() + 1) * width));
-    const auto at = [&](int i, int j) -> int& { return cost[std::size_t(i * width + j)]; };
-    for (int i = 0; i <= a.size(); ++i)
-        for (int j = 0; j <= b.size(); ++j) {
-            if (i == 0 || j == 0) {
-                at(i, j) = i + j;
-                continue;
-            }
-            const int replaced = at(i - 1, j - 1) + (a[i - 1] == b[j - 1] ? 0 : 1);
-            at(i, j) = std::min({replaced, at(i - 1, j) + 1, at(i, j - 1) + 1});
-            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
-                at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
-        }
-    return at(a.size(), b.size()) <= allowed;
+    return editDistance(a, b) <= allowed;
 }
 
 QRegularExpression patternOf(const Protocol::NameCondition& condition)

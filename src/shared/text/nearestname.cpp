@@ -1,22 +1,17 @@
-#include "runner/nearestname.h"
+#include "shared/text/nearestname.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 namespace Torvix {
 
-namespace {
-
-/**
- * The least number of characters to put in, take out, change or swap with their neighbour (optimal string
- * alignment), case aside.
- */
 int editDistance(const QString& from, const QString& to)
 {
     const auto width = std::size_t(to.size()) + 1;
     std::vector<int> costs((std::size_t(from.size()) + 1) * width);
     const auto cost = [&](int i, int j) -> int& { return costs[std::size_t(i) * width + std::size_t(j)]; };
-    const auto isSame = [&](int i, int j) { return from[i - 1].toLower() == to[j - 1].toLower(); };
+    const auto isSame = [&](int i, int j) { return from[i - 1] == to[j - 1]; };
     for (int i = 0; i <= from.size(); ++i) {
         for (int j = 0; j <= to.size(); ++j) {
             if (i == 0 || j == 0) {
@@ -32,21 +27,31 @@ int editDistance(const QString& from, const QString& to)
     return costs.back();
 }
 
-} // namespace
-
-QString didYouMean(const QString& given, const QStringList& known)
+QString nearestName(const QString& given, const QStringList& known)
 {
+    const QString wanted = given.toCaseFolded();
     QString nearest;
     // A third of the characters may be wrong, and the beginning of a name is always near.
-    int least = given.size() / 3 + 1;
+    int least = wanted.size() / 3 + 1;
     for (const QString& name : known) {
-        const bool isBeginning = given.size() > 2 && name.startsWith(given, Qt::CaseInsensitive);
-        const int distance = isBeginning ? 0 : editDistance(given, name);
+        const QString candidate = name.toCaseFolded();
+        if (wanted.size() > 2 && candidate.startsWith(wanted))
+            return name;
+        // The lengths alone are that far apart.
+        if (std::abs(candidate.size() - wanted.size()) >= least)
+            continue;
+        const int distance = editDistance(wanted, candidate);
         if (distance < least) {
             least = distance;
             nearest = name;
         }
     }
+    return nearest;
+}
+
+QString didYouMean(const QString& given, const QStringList& known)
+{
+    const QString nearest = nearestName(given, known);
     return nearest.isEmpty() ? QString() : QStringLiteral(" (did you mean '%1'?)").arg(nearest);
 }
 
