@@ -1,6 +1,6 @@
 #include "runner/inifile.h"
 
-#include "shared/settings/settings.h"
+#include "shared/settings/values.h"
 #include "shared/text/nearestname.h"
 
 #include <QFile>
@@ -8,7 +8,7 @@
 #include <QMap>
 
 #include <algorithm>
-#include <utility>
+#include <optional>
 
 namespace Torvix {
 
@@ -16,39 +16,15 @@ namespace {
 
 constexpr char groupName[] = "General";
 
-QStringList* warnings = nullptr;
-
-void keepWarning(QtMsgType, const QMessageLogContext&, const QString& text)
+/** Where a key stands, and its value as it stands there. */
+struct IniLine
 {
-    *warnings += text;
-}
-
-/** The store tells of faults in a value by warnings; here they are errors. */
-class WarningCatcher
-{
-public:
-    WarningCatcher()
-        : m_previousList(std::exchange(warnings, &m_caught))
-        , m_previous(qInstallMessageHandler(keepWarning))
-    {
-    }
-    ~WarningCatcher()
-    {
-        qInstallMessageHandler(m_previous);
-        warnings = m_previousList;
-    }
-    WarningCatcher(const WarningCatcher&) = delete;
-    WarningCatcher& operator=(const WarningCatcher&) = delete;
-    const QStringList& caught() const { return m_caught; }
-
-private:
-    QStringList m_caught;
-    QStringList* m_previousList;
-    QtMessageHandler m_previous;
+    int number = 0;
+    QString value;
 };
 
-/** Goes over the text line by line, and knows where each key stands. */
-class LineCheck
+/** Takes the text line by line. */
+class IniReader
 {
 public:
     /** Empty, or what is wrong with the line. */
@@ -67,13 +43,13 @@ public:
             return QStringLiteral("'%1' stands before [%2]").arg(key, QLatin1String(groupName));
         if (m_lines.contains(key))
             return QStringLiteral("'%1' is given again, first in line %2")
-                .arg(key, QString::number(m_lines.value(key)));
-        m_lines.insert(key, number);
+                .arg(key, QString::number(m_lines[key].number));
+        m_lines.insert(key, {number, line.mid(equal + 1).trimmed()});
         return {};
     }
 
-    /** Key to line, in the order of the keys. */
-    const QMap<QString, int>& keys() const { return m_lines; }
+    /** By key. */
+    const QMap<QString, IniLine>& lines() const { return m_lines; }
 
 private:
     QString takeGroup(const QString& line)
@@ -88,10 +64,11 @@ private:
     }
 
     bool m_inGroup = false;
-    QMap<QString, int> m_lines;
+    QMap<QString, IniLine> m_lines;
 };
 
-QString takeKey(const Settings& settings, const QVector<IniKey>& known, const QString& key)
+/** Empty, or what is wrong with the key or its value. */
+QString takeKey(const QVector<IniKey>& known, const QString& key, const QString& value)
 {
     const auto row = std::find_if(known.begin(), known.end(),
                                   [&key](const IniKey& each) { return key == QLatin1String(each.key); });
@@ -102,13 +79,49 @@ QString takeKey(const Settings& settings, const QVector<IniKey>& known, const QS
         return QStringLiteral("unknown key '%1'%2; known are %3")
             .arg(key, didYouMean(key, names), names.join(QLatin1String(", ")));
     }
-    const WarningCatcher catcher;
-    if (!row->read(settings, key))
-        return QStringLiteral("'%1' has to be %2").arg(key, QLatin1String(row->kind));
-    return catcher.caught().value(0);
+    return row->read(value) ? QString()
+                            : QStringLiteral("'%1' has to be %2").arg(key, QLatin1String(row->kind));
 }
 
 } // namespace
+
+bool readPositiveNumber(const QString& value, int* number)
+{
+    const int read = value.toInt();
+    if (read > 0)
+        *number = read;
+    return read > 0;
+}
+
+bool readFlag(const QString& value, bool* flag)
+{
+    const std::optional<bool> read = boolValue(value);
+    *flag = read.value_or(*flag);
+    return read.has_value();
+}
+
+bool readStrings(const QString& value, QStringList* strings)
+{
+    QStringList read;
+    for (int at = 0; at < value.size() && value[at] == '"';) {
+        const Result<QString> string = readQuotedValue(value, &at);
+        if (!string)
+            return false;
+        read.append(*string);
+        while (at < value.size() && value[at].isSpace())
+            ++at;
+        if (at == value.size()) {
+            *strings = read;
+            return true;
+        }
+        if (value[at] != ',')
+            return false;
+        do
+            ++at;
+        while (at < value.size() && value[at].isSpace());
+    }
+    return false;
+}
 
 bool readIniFile(const QString& path, const QVector<IniKey>& keys, QString* error)
 {
@@ -122,25 +135,20 @@ bool readIniFile(const QString& path, const QVector<IniKey>& keys, QString* erro
                           QFileInfo(path).isFile() ? file.errorString() : QStringLiteral("it is not a file"));
         return false;
     }
-    LineCheck check;
+    IniReader reader;
     const auto failed = [&](int line, const QString& what) {
         if (!what.isEmpty())
             *error = QStringLiteral("%1:%2: %3").arg(path, QString::number(line), what);
         return !what.isEmpty();
     };
     for (int number = 1; !file.atEnd(); ++number) {
-        const QByteArray bytes = file.readLine();
-        const QString line = QString::fromUtf8(bytes).trimmed();
-        if (line.contains(QChar::ReplacementCharacter) || line.contains(QChar::Null)) {
-            failed(number, QStringLiteral("is not UTF-8 text"));
-            return false;
-        }
-        if (failed(number, check.take(line, number)))
+        const QString line = QString::fromUtf8(file.readLine()).trimmed();
+        const bool isText = !line.contains(QChar::ReplacementCharacter) && !line.contains(QChar::Null);
+        if (failed(number, isText ? reader.take(line, number) : QStringLiteral("is not UTF-8 text")))
             return false;
     }
-    const Settings settings(path);
-    for (auto it = check.keys().begin(); it != check.keys().end(); ++it) {
-        if (failed(it.value(), takeKey(settings, keys, it.key())))
+    for (auto it = reader.lines().begin(); it != reader.lines().end(); ++it) {
+        if (failed(it->number, takeKey(keys, it.key(), it->value)))
             return false;
     }
     return true;

@@ -1,7 +1,7 @@
 #include "runner/applications.h"
 #include "runner/plugin.h"
 #include "runner/runverb.h"
-#include "shared/settings/settings.h"
+#include "shared/settings/values.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,22 +45,11 @@ constexpr char script[] = "import * as names from 'names.js';\n"
                           "    test.compare(window.visible, true, \"the main window is shown\");\n"
                           "}\n";
 
-/** A text as it stands in a settings file. */
-QString quoted(const QString& text)
-{
-    struct Quoting : Settings
-    {
-        Quoting() : Settings(QString()) {}
-        using Settings::quoteString;
-    };
-    return Quoting().quoteString(text);
-}
-
 QByteArray settingsOf(const Subject& subject)
 {
     const QString folders = subject.folder.isEmpty()
                                 ? QStringLiteral("#ApplicationFolders = \"../bin\",\"/opt/app/bin\"")
-                                : QStringLiteral("ApplicationFolders = ") + quoted(subject.folder);
+                                : QStringLiteral("ApplicationFolders = ") + quotedValue(subject.folder);
     return QString::fromLatin1(suiteSettings).arg(folders).toUtf8();
 }
 

@@ -1,7 +1,6 @@
 #include "runner/suite.h"
 
 #include "runner/inifile.h"
-#include "shared/settings/settings.h"
 #include "shared/text/nearestname.h"
 
 #include <QDir>
@@ -13,53 +12,32 @@ namespace Torvix {
 
 namespace {
 
-bool readPositive(const Settings& settings, const QString& key, int* value)
-{
-    const int number = settings.readNumEntry(QStringLiteral("General"), key, -1);
-    if (number <= 0)
-        return false;
-    *value = number;
-    return true;
-}
-
-bool readList(const Settings& settings, const QString& key, QStringList* value)
-{
-    *value = settings.readListEntry(QStringLiteral("General"), key);
-    return !value->isEmpty();
-}
-
 constexpr char positiveNumber[] = "a number above 0, without quotes";
 constexpr char stringList[] = "quoted strings, separated by commas";
 
 bool readSuiteFile(const QString& path, SuiteSettings* settings, QString* error)
 {
-    const auto positive = [](int* value) {
-        return [value](const Settings& file, const QString& key) { return readPositive(file, key, value); };
+    const auto positive = [](int* number) {
+        return [number](const QString& value) { return readPositiveNumber(value, number); };
     };
-    const auto list = [](QStringList* value) {
-        return [value](const Settings& file, const QString& key) { return readList(file, key, value); };
-    };
-    const auto flag = [](bool* value) {
-        return [value](const Settings& file, const QString& key) {
-            *value = file.readBoolEntry(QStringLiteral("General"), key, false);
-            return *value || !file.readBoolEntry(QStringLiteral("General"), key, true);
-        };
-    };
-    return readIniFile(path,
-                       {
-                           {"ApplicationFolders", stringList, list(&settings->applicationFolders)},
-                           {"Environment", "quoted strings NAME=value, separated by commas",
-                            [settings](const Settings& file, const QString& key) {
-                                return readList(file, key, &settings->environment) &&
-                                       std::all_of(settings->environment.begin(), settings->environment.end(),
-                                                   [](const QString& each) { return each.indexOf('=') > 0; });
-                            }},
-                           {"CaseTimeoutSecs", positiveNumber, positive(&settings->caseTimeoutSecs)},
-                           {"StartTimeoutSecs", positiveNumber, positive(&settings->startTimeoutSecs)},
-                           {"WaitTimeoutMs", positiveNumber, positive(&settings->waitTimeoutMs)},
-                           {"OwnHome", "true or false", flag(&settings->ownHome)},
-                       },
-                       error);
+    return readIniFile(
+        path,
+        {
+            {"ApplicationFolders", stringList,
+             [settings](const QString& value) { return readStrings(value, &settings->applicationFolders); }},
+            {"Environment", "quoted strings NAME=value, separated by commas",
+             [settings](const QString& value) {
+                 return readStrings(value, &settings->environment) &&
+                        std::all_of(settings->environment.begin(), settings->environment.end(),
+                                    [](const QString& each) { return each.indexOf('=') > 0; });
+             }},
+            {"CaseTimeoutSecs", positiveNumber, positive(&settings->caseTimeoutSecs)},
+            {"StartTimeoutSecs", positiveNumber, positive(&settings->startTimeoutSecs)},
+            {"WaitTimeoutMs", positiveNumber, positive(&settings->waitTimeoutMs)},
+            {"OwnHome", "true or false",
+             [settings](const QString& value) { return readFlag(value, &settings->ownHome); }},
+        },
+        error);
 }
 
 bool readCase(const QDir& folder, TestCase* testCase, QString* error)
@@ -67,18 +45,15 @@ bool readCase(const QDir& folder, TestCase* testCase, QString* error)
     testCase->name = folder.dirName();
     testCase->folder = folder.absolutePath();
     testCase->script = folder.absoluteFilePath(QStringLiteral("test.js"));
-    return readIniFile(folder.absoluteFilePath(QStringLiteral("test.ini")),
-                       {
-                           {"Tags", stringList,
-                            [testCase](const Settings& file, const QString& key) {
-                                return readList(file, key, &testCase->tags);
-                            }},
-                           {"TimeoutSecs", positiveNumber,
-                            [testCase](const Settings& file, const QString& key) {
-                                return readPositive(file, key, &testCase->timeoutSecs);
-                            }},
-                       },
-                       error);
+    return readIniFile(
+        folder.absoluteFilePath(QStringLiteral("test.ini")),
+        {
+            {"Tags", stringList,
+             [testCase](const QString& value) { return readStrings(value, &testCase->tags); }},
+            {"TimeoutSecs", positiveNumber,
+             [testCase](const QString& value) { return readPositiveNumber(value, &testCase->timeoutSecs); }},
+        },
+        error);
 }
 
 bool isCaseFolder(const QDir& folder)

@@ -1,19 +1,12 @@
-// The text of keys and values: normal form, quotes, escapes and environment variables.
+// The text of keys and values: normal form, quotes and environment variables.
 #include "shared/settings/settings.h"
 
 #include "shared/host/environment.h"
+#include "shared/settings/values.h"
 
 namespace Torvix {
 
 namespace {
-
-struct Escape
-{
-    char letter;
-    char character;
-};
-
-constexpr Escape escapes[] = {{'\\', '\\'}, {'"', '"'}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}};
 
 /** How much a text may grow by its variables; a variable that holds itself would grow without end. */
 constexpr int maxGrowth = 1 << 20;
@@ -33,21 +26,7 @@ QString Settings::normalizeKey(const QString& key) const
 
 QString Settings::quoteString(const QString& string) const
 {
-    QString quoted;
-    quoted.reserve(string.size() + 2);
-    quoted += '"';
-    for (const QChar character : string) {
-        QChar letter;
-        for (const Escape& escape : escapes) {
-            if (character == escape.character)
-                letter = escape.letter;
-        }
-        if (!letter.isNull())
-            quoted += '\\';
-        quoted += letter.isNull() ? character : letter;
-    }
-    quoted += '"';
-    return quoted;
+    return quotedValue(string);
 }
 
 bool Settings::unquoteString(QString& string) const
@@ -65,57 +44,15 @@ bool Settings::unquoteString(QString& string) const
 
 bool Settings::unquoteStringList(const QString& raw, QStringList& list) const
 {
-    enum { Outside, Inside, AfterBackslash } state = Outside;
-    QString current;
-
-    const auto addEscaped = [&current, this](QChar letter) {
-        for (const Escape& escape : escapes) {
-            if (letter == escape.letter) {
-                current += escape.character;
-                return true;
-            }
+    // Commas and blanks, but also any stray text between strings, are skipped.
+    for (int at = raw.indexOf('"'); at >= 0; at = raw.indexOf('"', at)) {
+        const Result<QString> string = readQuotedValue(raw, &at);
+        if (!string) {
+            qWarning("Torvix::Settings: %s in %s", string.error().toUtf8().constData(),
+                     fileName.toLocal8Bit().constData());
+            return false;
         }
-        const uint code = letter.unicode();
-        const QByteArray file = fileName.toLocal8Bit();
-        if (code < 256) {
-            qWarning("Torvix::Settings: unknown quoted character '%c' (0x%x) in %s", int(code), code,
-                     file.constData());
-        } else {
-            qWarning("Torvix::Settings: unknown quoted character with hex code 0x%x in %s", code,
-                     file.constData());
-        }
-        return false;
-    };
-
-    for (const QChar character : raw) {
-        switch (state) {
-        case Outside:
-            // Commas and blanks, but also any stray text between strings, are skipped.
-            if (character == '"')
-                state = Inside;
-            break;
-        case Inside:
-            if (character == '"') {
-                list.append(current);
-                current.clear();
-                state = Outside;
-            } else if (character == '\\') {
-                state = AfterBackslash;
-            } else {
-                current += character;
-            }
-            break;
-        case AfterBackslash:
-            if (!addEscaped(character))
-                return false;
-            state = Inside;
-            break;
-        }
-    }
-    if (!current.isEmpty() || state != Outside) {
-        qWarning("Torvix::Settings: string not delimited by quotes in %s",
-                 fileName.toLocal8Bit().constData());
-        return false;
+        list.append(*string);
     }
     return true;
 }

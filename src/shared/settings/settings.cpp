@@ -1,6 +1,7 @@
 #include "shared/settings/settings.h"
 
 #include "shared/host/environment.h"
+#include "shared/settings/values.h"
 
 #include <QDir>
 
@@ -121,19 +122,7 @@ bool Settings::readBoolEntry(const QString& group, const QString& key, bool defa
     QString raw;
     if (!readRawEntry(group, key, raw))
         return defaultValue;
-    QString text = raw.trimmed();
-    if (text.endsWith('"'))
-        text.chop(1);
-    if (text.startsWith('"'))
-        text.remove(0, 1);
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber, 10);
-    if (isNumber)
-        return number != 0;
-    text = text.toUpper();
-    if (text == QLatin1String("FALSE"))
-        return false;
-    return text == QLatin1String("TRUE") || defaultValue;
+    return boolValue(raw).value_or(defaultValue);
 }
 
 namespace {
