@@ -1,5 +1,7 @@
 #pragma once
 
+#include "gherkin/scriptlocation.h"
+#include "gherkin/step.h"
 #include "interpreter/base/export.h"
 #include "interpreter/base/nativescripttype.h"
 #include "interpreter/base/scriptargument.h"
@@ -54,6 +56,10 @@ public:
     virtual bool hasFunction(const QString& name) const = 0;
     /** Parses only. False fills message, file and line. */
     virtual bool checkSyntax(const QString& code, const QString& fileName) = 0;
+    /** Where the functions of the script are that match a step; runs none of them. */
+    virtual std::vector<Gherkin::ScriptLocation> matchingSteps(const Gherkin::Step& step) const = 0;
+    /** The patterns of the steps of a type that the script has, those of any type among them. */
+    virtual QStringList registeredStepPatterns(Gherkin::StepType type) const = 0;
 
     /** Line of the last error, from 1; 0 when it is not known. */
     virtual int errorLine() const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gherkin/scriptactions.h"
 #include "interpreter/base/debugger.h"
 #include "interpreter/base/debuggerframe.h"
 #include "interpreter/base/export.h"
@@ -12,6 +13,7 @@
 #include <QHash>
 #include <QString>
 
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -108,6 +110,10 @@ public:
                                     const QString& fileName) const = 0;
     /** Runs the text of a file; false when the language can't. */
     virtual bool sourceCode(const QString& code, const QString& fileName) = 0;
+    /** What runs the steps and hooks of a feature in the script. `stepFunctionName` is the script function
+     *  that finds and runs a step; empty for that of the tool. */
+    virtual std::unique_ptr<Gherkin::ScriptActions>
+    gherkinScriptActions(const QString& stepFunctionName) const = 0;
 
     /** The one long-lived context of the current interpreter; null without one. */
     static ScriptContext* current();

@@ -13,6 +13,10 @@
 #include "interpreter/js/native/jsnativefunction.h"
 #include "interpreter/js/native/jsnativetype.h"
 #include "interpreter/js/objects/jstest.h"
+#include "interpreter/js/scriptobject/exceptionkeeper.h"
+#include "interpreter/js/scriptobject/testoutcome.h"
+#include "interpreter/js/steps/stepqueries.h"
+#include "interpreter/js/steps/stepscript.h"
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/object.h"
@@ -22,20 +26,6 @@
 namespace Torvix {
 
 namespace {
-
-/** Puts the exception of a state back when a question was asked that may itself have raised one. */
-class ExceptionKeeper
-{
-public:
-    explicit ExceptionKeeper(KJS::ExecState* exec) : m_exec(exec), m_exception(exec->exception()) {}
-    ExceptionKeeper(const ExceptionKeeper&) = delete;
-    ExceptionKeeper& operator=(const ExceptionKeeper&) = delete;
-    ~ExceptionKeeper() { m_exec->setException(m_exception); }
-
-private:
-    KJS::ExecState* m_exec;
-    KJS::Value m_exception;
-};
 
 QString textOf(KJS::ExecState* exec, const KJS::Value& value)
 {
@@ -49,15 +39,6 @@ int positiveProperty(KJS::ExecState* exec, const KJS::Object& object, const char
     const ExceptionKeeper keeper(exec);
     const KJS::Value value = object.get(exec, name);
     return value.type() == KJS::NumberType ? qMax(0, int(value.toInt32(exec))) : 0;
-}
-
-bool isTestOutcomeObject(KJS::ExecState* exec, const KJS::Object& object)
-{
-    const ExceptionKeeper keeper(exec);
-    if (!object.hasProperty(exec, torvixErrorType))
-        return false;
-    const QString type = object.get(exec, torvixErrorType).toString(exec).qstring();
-    return type == QLatin1String(torvixVerificationFailure) || type == QLatin1String(torvixTestcaseSkipped);
 }
 
 QString defaultModuleDirectory()
@@ -99,6 +80,7 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
     KJS::Object globalObject = m_interpreter->globalObject();
     ExtraFunctionImp::init(m_interpreter.get(), &globalObject, globalFunctions, globalObjects);
     initNativeAPI();
+    m_interpreter->evaluate(QString::fromUtf8(stepScript), KJS::Value(), true);
     auto* debugger = new JsDebugger(this);
     debugger->attach(m_interpreter.get());
     setDebugger(debugger);
@@ -246,6 +228,16 @@ bool JsInterpreter::hasFunction(const QString& name) const
     return !function.isNull() && function.implementsCall();
 }
 
+std::vector<Gherkin::ScriptLocation> JsInterpreter::matchingSteps(const Gherkin::Step& step) const
+{
+    return findMatchingSteps(getGlobalExecState(), step);
+}
+
+QStringList JsInterpreter::registeredStepPatterns(Gherkin::StepType type) const
+{
+    return findStepPatterns(getGlobalExecState(), type);
+}
+
 bool JsInterpreter::checkSyntax(const QString& code, const QString& fileName)
 {
     int line = 0;
@@ -266,7 +258,7 @@ void JsInterpreter::fetchErrorInfo(KJS::ExecState* exec, const KJS::Value* excep
         fetchPrimitiveError(exec, value);
         return;
     }
-    if (isTestOutcomeObject(exec, error)) {
+    if (Torvix::isTestOutcome(exec, error)) {
         if (isTestOutcome)
             *isTestOutcome = true;
         return;

@@ -26,6 +26,8 @@ public:
     bool call(const QString& name, const ObjectList& args) override;
     bool hasFunction(const QString& name) const override;
     bool checkSyntax(const QString& code, const QString& fileName) override;
+    std::vector<Gherkin::ScriptLocation> matchingSteps(const Gherkin::Step& step) const override;
+    QStringList registeredStepPatterns(Gherkin::StepType type) const override;
     bool addGlobalFunction(const QString& name, NativeScriptFunction function, const QStringList& mandatory,
                            const QStringList& optional, const QString& help) override;
     bool addType(const QString& name, void* key, const NativeScriptType& type) override;

@@ -136,6 +136,7 @@ public:
     bool compare(SharedPtr<ScriptArgument>, SharedPtr<ScriptArgument>) override { return false; }
     bool evaluateExpression(const QString&, QString*, const QString&) const override { return false; }
     bool sourceCode(const QString&, const QString&) override { return false; }
+    std::unique_ptr<Gherkin::ScriptActions> gherkinScriptActions(const QString&) const override { return {}; }
 
     SharedPtr<ScriptArgument> result;
 };

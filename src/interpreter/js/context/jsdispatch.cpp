@@ -4,12 +4,9 @@
 #include "engine/execstate.h"
 #include "interpreter/js/context/jsscriptcontext.h"
 #include "interpreter/js/scriptobject/jsutils.h"
+#include "interpreter/js/scriptobject/testoutcome.h"
 
 namespace Torvix {
-
-const char* const torvixErrorType = "torvixErrorType";
-const char* const torvixVerificationFailure = "VerificationFailure";
-const char* const torvixTestcaseSkipped = "TestcaseSkipped";
 
 namespace {
 

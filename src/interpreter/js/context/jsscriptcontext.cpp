@@ -11,6 +11,7 @@
 #include "interpreter/js/bridge/jsscriptargument.h"
 #include "interpreter/js/bridge/jstestdatarecord.h"
 #include "interpreter/js/scriptobject/jsutils.h"
+#include "interpreter/js/steps/stepactions.h"
 #include "objectmodel/object.h"
 
 #include <QDebug>
@@ -194,6 +195,12 @@ bool JSScriptContext::evaluateExpression(const QString& expression, QString* err
     }
     error->clear();
     return completion.complType() == KJS::ReturnValue && completion.value().toBoolean(m_exec);
+}
+
+std::unique_ptr<Gherkin::ScriptActions>
+JSScriptContext::gherkinScriptActions(const QString& stepFunctionName) const
+{
+    return std::make_unique<JsStepFindAndExecuteFn>(m_exec, stepFunctionName);
 }
 
 bool JSScriptContext::sourceCode(const QString&, const QString&)

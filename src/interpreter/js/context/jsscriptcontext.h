@@ -46,6 +46,8 @@ public:
     bool evaluateExpression(const QString& expression, QString* error,
                             const QString& fileName) const override;
     bool sourceCode(const QString& code, const QString& fileName) override;
+    std::unique_ptr<Gherkin::ScriptActions>
+    gherkinScriptActions(const QString& stepFunctionName) const override;
 
     /** Makes the engine's arguments those of this context, and conversions run in `exec`. */
     void setJSArguments(KJS::ExecState* exec, const KJS::List& args);
@@ -69,11 +71,6 @@ private:
     KJS::ExecState* m_exec = nullptr;
     KJS::Value m_result;
 };
-
-/** Property of an error object by which a test outcome is told from a script error, and its values. */
-extern const char* const torvixErrorType;
-extern const char* const torvixVerificationFailure;
-extern const char* const torvixTestcaseSkipped;
 
 /** Calls through the one long-lived context, whose test outcomes are marked as such. */
 KJS::Value dispatchGenericScriptFunction(KJS::ExecState* exec, const KJS::List& args,
