@@ -3,6 +3,9 @@
 #include <chrono>
 #include <thread>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace Torvix {
 namespace {
 
@@ -12,14 +15,18 @@ public:
     TestEnvironment testEnvironment() override { return environment; }
     void serviceConnections() override { ++serviced; }
 
-    TestEnvironment environment{"default", "device", "/s/tst_a//test.js", "tst_a", "s", "/tmp/../results/"};
+    TestEnvironment environment{"default", "device", "/s/tst_a//test.js", "tst_a", "s", QString()};
     int serviced = 0;
 };
 
 class JsScriptFunctionsTest : public ApiTest
 {
 protected:
-    JsScriptFunctionsTest() { renewInterpreter(&environmentRunner); }
+    JsScriptFunctionsTest()
+    {
+        environmentRunner.environment.resultDir = directory.filePath("here/../out/results/");
+        renewInterpreter(&environmentRunner);
+    }
     ~JsScriptFunctionsTest() override { interpreter.reset(); }
 
     EnvironmentRunner environmentRunner;
@@ -29,7 +36,9 @@ TEST_F(JsScriptFunctionsTest, PrintWritesItsFirstArgumentAsUtf8)
 {
     testing::internal::CaptureStdout();
     const QString given = text("String([print('gr\\u00fc\\u00df', 'more'), print(), print({})])");
-    std::fflush(stdout);
+    struct stat written = {};
+    ASSERT_EQ(fstat(STDOUT_FILENO, &written), 0);
+    EXPECT_EQ(written.st_size, 33) << "at once, although it is no terminal";
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "gr\xc3\xbc\xc3\x9f\nundefined\n[object Object]\n");
     EXPECT_EQ(given, ",,");
     EXPECT_EQ(thrown("print({toString() { throw new RangeError('no text') }})"), "RangeError: no text");
@@ -192,10 +201,20 @@ TEST_F(JsScriptFunctionsTest, TorvixinfoTellsVersionAndTest)
     EXPECT_EQ(text("[torvixinfo.version, torvixinfo.major, torvixinfo.minor, torvixinfo.patch,"
                    "torvixinfo.version_str].join()"),
               "117506288,7,1,0,7.1.0");
+    const QString resultDir = directory.filePath("out/results");
+    EXPECT_FALSE(QFileInfo::exists(resultDir));
     EXPECT_EQ(text("[torvixinfo.settingsGroup, torvixinfo.defaultDevice, torvixinfo.resultDir].join()"),
-              "default,device,/results");
+              "default,device," + resultDir);
     EXPECT_EQ(text("[torvixinfo.testCase, torvixinfo.testCaseName, torvixinfo.testSuiteName].join()"),
               "/s/tst_a,tst_a,s");
+    EXPECT_TRUE(QFileInfo(resultDir).isDir()) << "there once it has been asked for";
+    EXPECT_FALSE(QFileInfo::exists(directory.filePath("here")));
+    for (const char* name : {"testCase", "resultDir", "version"})
+        EXPECT_EQ(text(QStringLiteral("d = Object.getOwnPropertyDescriptor(torvixinfo, '%1');"
+                                      "[d.writable, d.enumerable, d.configurable].join()")
+                           .arg(QLatin1String(name))),
+                  "false,true,false")
+            << name;
     environmentRunner.environment.testCase = "/s/tst_b/test.js";
     EXPECT_EQ(text("d = Object.getOwnPropertyDescriptor(torvixinfo, 'major');"
                    "[d.writable, d.enumerable, d.configurable].join()"),

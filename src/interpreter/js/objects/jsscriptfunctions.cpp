@@ -82,8 +82,10 @@ void serviceTool()
 KJS::Value jsPrint(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
     const QByteArray text = args[0].toString(exec).utf8();
-    if (!exec->hadException())
-        std::fprintf(stdout, "%s\n", text.constData());
+    if (exec->hadException())
+        return KJS::Undefined();
+    std::fprintf(stdout, "%s\n", text.constData());
+    std::fflush(stdout); // who reads a pipe or a file is to see it when it happens
     return KJS::Undefined();
 }
 

@@ -52,19 +52,39 @@ KJS::Value readOfTest(KJS::ExecState*, const JsTorvixInfoImp&)
     return environment.testCase.isEmpty() ? KJS::Value() : KJS::String(answer(environment));
 }
 
+/** As long as it is what it was at the start, the constant tells it, with a constant's attributes. */
+KJS::Value readTestCase(KJS::ExecState*, const JsTorvixInfoImp& self)
+{
+    const Environment environment = testEnvironment();
+    const QString now = environment.testCase.isEmpty() ? self.scriptAtStart() : testCaseFolder(environment);
+    return now == self.folderAtStart() ? KJS::Value() : KJS::String(now);
+}
+
+/** Who asks for the folder wants to write there. */
+KJS::Value makeResultDir(KJS::ExecState*, const JsTorvixInfoImp&)
+{
+    const QString folder = QDir::cleanPath(testEnvironment().resultDir);
+    if (!folder.isEmpty())
+        QDir().mkpath(folder);
+    return KJS::Value();
+}
+
 } // namespace
 
 const JsPropertyRow<JsTorvixInfoImp> JsTorvixInfoImp::properties[] = {
-    {"testCase", readOfTest<testCaseFolder>},
+    {"testCase", readTestCase},
     {"testCaseName", readOfTest<testCaseName>},
     {"testSuiteName", readOfTest<testSuiteName>},
+    {"resultDir", makeResultDir},
     {nullptr},
 };
 
 JsTorvixInfoImp::JsTorvixInfoImp(KJS::ExecState* exec)
     : WithProperties(exec->interpreter()->builtinObjectPrototype())
 {
-    const RunnerInterface::TestEnvironment environment = testEnvironment();
+    const Environment environment = testEnvironment();
+    m_scriptAtStart = environment.testCase;
+    m_folderAtStart = environment.testCase.isEmpty() ? QString() : testCaseFolder(environment);
     putConstant(this, "version", KJS::Number(versionNumber));
     putConstant(this, "major", KJS::Number(versionMajor));
     putConstant(this, "minor", KJS::Number(versionMinor));
@@ -74,7 +94,7 @@ JsTorvixInfoImp::JsTorvixInfoImp(KJS::ExecState* exec)
         KJS::String(QStringLiteral("%1.%2.%3").arg(versionMajor).arg(versionMinor).arg(versionPatch)));
     putConstant(this, "settingsGroup", KJS::String(environment.settingsGroup));
     putConstant(this, "defaultDevice", KJS::String(environment.defaultDevice));
-    putConstant(this, "testCase", KJS::String(environment.testCase));
+    putConstant(this, "testCase", KJS::String(m_folderAtStart));
     putConstant(this, "resultDir", KJS::String(withNativeSeparators(QDir::cleanPath(environment.resultDir))));
 }
 

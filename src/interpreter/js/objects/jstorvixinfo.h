@@ -11,6 +11,14 @@ public:
     static const JsPropertyRow<JsTorvixInfoImp> properties[];
 
     explicit JsTorvixInfoImp(KJS::ExecState* exec);
+
+    /** The test case's script when the interpreter was made. */
+    const QString& scriptAtStart() const { return m_scriptAtStart; }
+    const QString& folderAtStart() const { return m_folderAtStart; }
+
+private:
+    QString m_scriptAtStart;
+    QString m_folderAtStart; ///< what the constant `testCase` holds
 };
 
 } // namespace Torvix
