@@ -462,6 +462,13 @@ declare const Modifier: ModifierConstants;
 
 // The application's own. All of its classes are there by their names; these every Qt application has.
 
+/** Kinds of Qt's messages. */
+declare const QtDebugMsg: number;
+declare const QtInfoMsg: number;
+declare const QtWarningMsg: number;
+declare const QtCriticalMsg: number;
+declare const QtSystemMsg: number;
+declare const QtFatalMsg: number;
 /** The application object. */
 declare const qApp: ApplicationObject;
 /** Qt's enumerations: Qt.AlignLeft. */

@@ -49,8 +49,15 @@ void bindApplication(Registry& registry)
         .extension(
             "setText", +[](QClipboard& clipboard, const QString& text) { clipboard.setText(text); }, "text")
         .method("clear", &QClipboard::clear, "mode", defaults(QClipboard::Clipboard));
-    Bind<GlobalFunctions>(registry).staticProperty(
-        "qApp", +[] { return QCoreApplication::instance(); });
+    Bind<GlobalFunctions>(registry)
+        .staticProperty(
+            "qApp", +[] { return QCoreApplication::instance(); })
+        .enumeration("QtMsgType", {{"QtDebugMsg", QtDebugMsg},
+                                   {"QtInfoMsg", QtInfoMsg},
+                                   {"QtWarningMsg", QtWarningMsg},
+                                   {"QtCriticalMsg", QtCriticalMsg},
+                                   {"QtSystemMsg", QtSystemMsg},
+                                   {"QtFatalMsg", QtFatalMsg}});
     Bind<QScreen>{registry};
     Bind<QWindow>{registry};
 }

@@ -75,6 +75,25 @@ KJS::UString JsGlobalImp::className() const
     return "global";
 }
 
+bool JsGlobalImp::bindEnumerators(KJS::ExecState* exec) const
+{
+    const Class* global = Inspector::self()->globalClass();
+    const ApplicationModel* application = global ? global->application() : nullptr;
+    if (!global || (global == m_boundClass && application == m_boundApplication))
+        return false;
+    m_boundClass = global;
+    m_boundApplication = application;
+    auto* self = const_cast<JsGlobalImp*>(this);
+    for (int index = 0; index < global->numEnumerators(); ++index) {
+        const Enum* enumerator = global->enumerator(index);
+        for (int key = 0; key < enumerator->count(); ++key) {
+            if (!ObjectImp::hasProperty(exec, enumerator->key(key)))
+                self->putDirect(enumerator->key(key), KJS::Number(enumerator->value(key)), KJS::DontEnum);
+        }
+    }
+    return true;
+}
+
 KJS::Value JsGlobalImp::get(KJS::ExecState* exec, const KJS::Identifier& name) const
 {
     const KJS::Value own = ObjectImp::get(exec, name);
@@ -86,6 +105,9 @@ KJS::Value JsGlobalImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
     const QString& key = name.qstring();
     Inspector* inspector = Inspector::self();
     if (const Class* global = inspector->globalClass()) {
+        int number = 0;
+        if (bindEnumerators(exec) && enumeratorValue(global, key, &number))
+            return KJS::Number(number);
         if (const Property* property = global->property(key)) {
             const Result<SharedPtr<Object>> value = property->get(nullptr);
             if (!value)
@@ -124,6 +146,8 @@ bool JsGlobalImp::hasProperty(KJS::ExecState* exec, const KJS::Identifier& name)
     const Class* global = inspector->globalClass();
     if (!global)
         return false; // although a read goes on to the later steps: intended
+    if (bindEnumerators(exec) && ObjectImp::hasProperty(exec, name))
+        return true;
     if (global->property(key) || !global->methods(key).isEmpty())
         return true;
     const Class* cls = inspector->classByName(key);

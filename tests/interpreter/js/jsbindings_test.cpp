@@ -99,6 +99,9 @@ TEST_F(JsBindingsTest, EnumeratorsOfTheGlobalClassAreHiddenNumbers)
     withKeys->addClass("Top").superClass("Low").enumerator("Way", {{"Up", 7}});
     withKeys->setGlobalClass("Top");
     Inspector::self()->setCurrent(Inspector::self()->addApplication(std::move(withKeys)));
+    EXPECT_EQ(text("[Left, Up, 'Right' in globalThis, Object.keys(globalThis).includes('Up')].join()"),
+              "1,7,true,false")
+        << "of an application that came after the interpreter, too";
     renewInterpreter(&runner);
     EXPECT_EQ(text("[Left, Right, Up].join()"), "1,2,7");
     EXPECT_EQ(text("var seen = ''; for (var n in globalThis) if (n == 'Left' || n == 'Up') seen += n; seen"),
