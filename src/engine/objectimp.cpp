@@ -235,6 +235,12 @@ void ObjectImp::putDirect(const Identifier& name, const Value& value, int attrib
     }
 }
 
+void ObjectImp::preventExtensions()
+{
+    if (m_unborn)
+        m_unborn->isExtensible = false;
+}
+
 void ObjectImp::defineGetter(ExecState* exec, const Identifier& name, const Object& getter)
 {
     if (m_runtime)

@@ -113,6 +113,9 @@ public:
 
     /** Defines an own property, whatever `put` is overridden to do, and whatever was there. */
     void putDirect(const Identifier& name, const Value& value, int attributes = None);
+    /** For constructors: no properties but those that it has by then, and by its operations. Script that
+     *  defines another one gets a TypeError; what it assigns still reaches `put`. */
+    void preventExtensions();
     /** Defines one half of an own accessor property (enumerable, deletable); the other half stays. */
     void defineGetter(ExecState* exec, const Identifier& name, const Object& getter);
     void defineSetter(ExecState* exec, const Identifier& name, const Object& setter);

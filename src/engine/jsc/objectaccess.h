@@ -26,6 +26,7 @@ struct ObjectImp::Unborn
 
     Object prototype;
     std::vector<Property> properties;
+    bool isExtensible = true;
 
     Property* find(const Identifier& name);
     Property& obtain(const Identifier& name);

@@ -152,6 +152,8 @@ JSObjectRef Runtime::bear(ObjectImp* object)
     furnish(reference, *unborn);
     if (prototype)
         JSObjectSetPrototype(m_context, reference, prototype);
+    if (!unborn->isExtensible)
+        callHelper(Helper::PreventExtensions, {reference}, nullptr);
     JSObjectSetPrivate(reference, object);
     return reference;
 }

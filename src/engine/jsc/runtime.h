@@ -22,7 +22,7 @@ class Debugger;
 class OpaqueImp;
 
 /** Functions of script's that the C API has no counterpart for; kept as they were at the start. */
-enum class Helper { Define, DefineAccessor, Keys, Tag, ToPrimitive, Count };
+enum class Helper { Define, DefineAccessor, Keys, Tag, ToPrimitive, PreventExtensions, Count };
 
 enum class Builtin {
     Object,

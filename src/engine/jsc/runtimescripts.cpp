@@ -12,7 +12,7 @@ namespace {
 
 /** In the order of Helper. They hold on to the built-ins as they are at the start. */
 const char helperSource[] = R"js((() => {
-    const {defineProperty, getOwnPropertyDescriptor, keys, prototype: {toString}} = Object;
+    const {defineProperty, getOwnPropertyDescriptor, keys, preventExtensions, prototype: {toString}} = Object;
     const {apply} = Reflect;
     const toPrimitive = Symbol.toPrimitive;
     const tag = object => {
@@ -49,6 +49,7 @@ const char helperSource[] = R"js((() => {
             }
             throw new TypeError('No default value');
         },
+        object => preventExtensions(object),
     ];
 })())js";
 

@@ -25,7 +25,7 @@ protected:
         thing.property("list", LocalModel::type(Protocol::ArrayClassId),
                        get(Value::ofArray({Value::ofInt(1), Value::ofArray({Value::ofString("x")})})), set);
         thing.property("map", LocalModel::type(Protocol::MapClassId),
-                       get(Value::ofMap({{"k", Value::ofInt(2)}})), set);
+                       get(Value::ofMap({{"__proto__", Value::ofInt(1)}, {"k", Value::ofInt(2)}})), set);
         thing.property("secret", LocalModel::type(Protocol::IntClass), nullptr, set);
         thing.property("fixed", LocalModel::type(Protocol::IntClass), get(Value::ofInt(1)));
         thing.property("broken", LocalModel::type(Protocol::IntClass),
@@ -65,7 +65,8 @@ protected:
 TEST_F(Wrappers, ReadPropertiesAsScriptValues)
 {
     EXPECT_EQ("7 0.5 Anna true", text("[thing.number, thing.ratio, thing.name, thing.isOn].join(' ')"));
-    EXPECT_EQ("[1,[\"x\"]]{\"k\":2}", text("JSON.stringify(thing.list) + JSON.stringify(thing.map)"));
+    EXPECT_EQ("[1,[\"x\"]]{\"__proto__\":1,\"k\":2}",
+              text("JSON.stringify(thing.list) + JSON.stringify(thing.map)"));
     EXPECT_EQ("true", text("Array.isArray(thing.list) && thing.list.map(x => x).length === 2"));
     EXPECT_EQ("20", text("thing.Fast"));
     EXPECT_EQ("undefined function", text("[typeof thing.nothing, typeof thing.act].join(' ')"));
@@ -81,6 +82,10 @@ TEST_F(Wrappers, WriteOnlyWhatTheClassHas)
     EXPECT_EQ(2, m_set.elements.size());
     EXPECT_EQ("Error: Can't add new properties to this object", thrown("thing.extra = 1"));
     EXPECT_EQ("Error: Attempt to set a non-writable property", thrown("thing.fixed = 2"));
+    EXPECT_THAT(thrown("Object.defineProperty(thing, 'extra', {value: 1})").toStdString(),
+                testing::StartsWith("TypeError: "));
+    EXPECT_EQ("false,undefined,7", text("[Reflect.defineProperty(thing, 'other', {value: 1}),"
+                                        " typeof thing.extra, thing.number].join()"));
     EXPECT_EQ("Error: Failed to convert property value to type Map", thrown("thing.map = [1]"));
     EXPECT_EQ("Error: Failed to set property: no good", thrown("thing.name = 'bad'"));
 }

@@ -121,10 +121,16 @@ public:
     }
 
 private:
-    SharedPtr<Object> fail(const QString& message)
+    /** What led to the failure, if anything, becomes the error's `cause`. */
+    SharedPtr<Object> fail(const QString& message, const QString& cause = QString())
     {
         Inspector::self()->note(Failure{message});
         raiseJSException(m_exec, KJS::EvalError, message);
+        if (!cause.isEmpty()) {
+            KJS::Object error = KJS::Object::dynamicCast(m_exec->exception());
+            error.putDirect("cause", KJS::Error::create(m_exec, KJS::GeneralError, cause, -1, -1),
+                            KJS::DontEnum);
+        }
         return nullptr;
     }
 
@@ -197,8 +203,7 @@ private:
         const QString failure = QStringLiteral("Failed to convert argument '%1' of type %2 to type %3")
                                     .arg(text, plainTypeName(m_exec, value), target->name());
         // Of a name it helps to know what came closest.
-        const QString miss = ObjectName::isRealName(name) ? converted.error() : QString();
-        return fail(miss.isEmpty() ? failure : failure + QLatin1String(": ") + miss);
+        return fail(failure, ObjectName::isRealName(name) ? converted.error() : QString());
     }
 
     KJS::ExecState* m_exec;
@@ -279,7 +284,7 @@ KJS::Value jsNatify(KJS::ExecState* exec, SharedPtr<Object> object)
         KJS::Object map = exec->interpreter()->builtinObject().construct(exec, KJS::List::empty());
         const ObjectEntries entries = object->entries();
         for (auto entry = entries.begin(); entry != entries.end(); ++entry)
-            map.put(exec, KJS::Identifier(entry.key()), jsNatify(exec, entry.value()), KJS::None);
+            map.putDirect(KJS::Identifier(entry.key()), jsNatify(exec, entry.value()));
         return map;
     }
     default:

@@ -61,6 +61,7 @@ JsObjectImp::JsObjectImp(KJS::ExecState* exec, SharedPtr<Object> object)
     : ObjectImp(exec->interpreter()->builtinObjectPrototype())
     , m_object(std::move(object))
 {
+    preventExtensions(); // its members are those of its class, also for Object.defineProperty
 }
 
 JsObjectImp::~JsObjectImp() = default;

@@ -94,7 +94,7 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(const ScriptArgument::Map&
 {
     KJS::Object object = m_exec->interpreter()->builtinObject().construct(m_exec, KJS::List::empty());
     for (const auto& [name, value] : values)
-        object.put(m_exec, name, static_cast<const JSScriptArgument&>(*value).value());
+        object.putDirect(name, static_cast<const JSScriptArgument&>(*value).value());
     return argumentOf(object);
 }
 

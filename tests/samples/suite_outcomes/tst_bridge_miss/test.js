@@ -23,6 +23,6 @@ function attempt(step) {
         step();
         test.fail("no error: " + step);
     } catch (error) {
-        test.log(error.message);
+        test.log(error.message, error.cause ? error.cause.message : "");
     }
 }
