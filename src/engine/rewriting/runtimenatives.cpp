@@ -3,6 +3,8 @@
 #include "engine/rewriting/errortexts.h"
 #include "engine/rewriting/scriptruntime_p.h"
 
+#include <limits>
+
 extern "C" void JSGlobalContextSetUnhandledRejectionCallback(JSGlobalContextRef, JSObjectRef function,
                                                              JSValueRef* exception);
 
@@ -286,9 +288,13 @@ void ScriptRuntime::Private::describe(JSObjectRef error, int frame)
     const bool isHelper = url == QLatin1String(preludeUrl);
     if (isHelper && running)
         set("sourceURL", makeString(context, running->url));
-    if (isHelper || !JSValueIsNumber(context, read("line")))
+    if (isHelper || JSValueIsUndefined(context, read("line")))
         set("line", number(frames.line(frame)));
-    const int line = static_cast<int>(JSValueToNumber(context, read("line"), nullptr));
+    const JSValueRef ownLine = read("line"); // whatever the script made of it
+    const double ownNumber =
+        JSValueIsNumber(context, ownLine) ? JSValueToNumber(context, ownLine, nullptr) : 0;
+    const bool isLine = ownNumber >= 1 && ownNumber <= std::numeric_limits<int>::max();
+    const int line = isLine ? static_cast<int>(ownNumber) : frames.line(frame);
     if (JSValueIsUndefined(context, read("sourceId")))
         set("sourceId", number(sourceId));
     const QString message = readText("message");

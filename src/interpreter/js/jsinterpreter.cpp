@@ -76,6 +76,8 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
     ScriptContext::setCurrent(m_scriptContext.get());
     m_interpreter = std::make_unique<OurKJSInterpreter>(global);
     initNativeTypes(m_interpreter.get());
+    // Outside of calls, too, there are conversions to make.
+    m_scriptContext->swapExecState(getGlobalExecState());
     initBindings();
     KJS::Object globalObject = m_interpreter->globalObject();
     ExtraFunctionImp::init(m_interpreter.get(), &globalObject, globalFunctions, globalObjects);
@@ -107,16 +109,8 @@ JsInterpreter* JsInterpreter::self()
 
 void JsInterpreter::initBindings()
 {
-    const Class* globalClass = Inspector::self()->globalClass();
-    if (!globalClass)
-        return;
-    KJS::ExecState* exec = getGlobalExecState();
-    KJS::Object global = m_interpreter->globalObject();
-    for (int index = 0; index < globalClass->numEnumerators(); ++index) {
-        const Enum* enumerator = globalClass->enumerator(index);
-        for (int key = 0; key < enumerator->count(); ++key)
-            global.put(exec, enumerator->key(key), KJS::Number(enumerator->value(key)), KJS::DontEnum);
-    }
+    const KJS::Object global = m_interpreter->globalObject();
+    static_cast<const JsGlobalImp*>(global.imp())->bindEnumerators(getGlobalExecState());
 }
 
 KJS::ExecState* JsInterpreter::getGlobalExecState() const
@@ -268,15 +262,28 @@ void JsInterpreter::fetchErrorInfo(KJS::ExecState* exec, const KJS::Value* excep
         setErrorMessage(error.get(exec, "message").toString(exec).qstring());
     }
     const int sourceId = positiveProperty(exec, error, "sourceId");
-    const QString file = debugger()->findSourceId(sourceId);
-    if (sourceId && file.isNull()) {
-        setErrorPlaceToCaller();
+    const QString file = sourceId ? debugger()->findSourceId(sourceId) : fileOfFrozenError(exec, error);
+    const bool isEvaluatedText = sourceId && file.isNull() && sourceId < debugger()->nextSourceId();
+    if (isEvaluatedText) {
+        setErrorPlaceToCaller(); // a line of such a text would be taken for one of the script's file
         return;
     }
     if (const int line = positiveProperty(exec, error, "line"))
         setErrorLine(line);
-    if (sourceId)
+    if (!file.isNull())
         setErrorFile(file);
+}
+
+/** The engine notes an error's source on the error itself, which a frozen one does not allow: it has the
+ *  name of the source only. Null for any other object. */
+QString JsInterpreter::fileOfFrozenError(KJS::ExecState* exec, const KJS::Object& error) const
+{
+    const ExceptionKeeper keeper(exec);
+    if (!error.get(exec, "sourceId").isUndefined())
+        return QString();
+    const KJS::Value url = error.get(exec, "sourceURL");
+    const QString file = url.type() == KJS::StringType ? url.toString(exec).qstring() : QString();
+    return debugger()->sourceIdOf(file) > 0 ? file : QString();
 }
 
 void JsInterpreter::setErrorPlaceToCaller()

@@ -65,6 +65,7 @@ private:
     void initBindings();
     KJS::Object findCallable(KJS::ExecState* exec, const QString& name);
     void fetchPrimitiveError(KJS::ExecState* exec, const KJS::Value& exception);
+    QString fileOfFrozenError(KJS::ExecState* exec, const KJS::Object& error) const;
     /** For errors that have no place in a file: that of the innermost frame that has one. */
     void setErrorPlaceToCaller();
     void keepResult(const KJS::Value& value);

@@ -64,7 +64,7 @@ TEST_F(JsScriptContextTest, ResultsComeBackOnEveryRoad)
     JSScriptContext* context = static_cast<JSScriptContext*>(ScriptContext::current());
     EXPECT_TRUE(dispatchGenericScriptFunction(exec(), KJS::List(), &nothing).isNull())
         << "the current context puts nothing in the place of no result";
-    EXPECT_EQ(context->swapExecState(nullptr), nullptr) << "the state that was there before";
+    EXPECT_EQ(context->execState(), exec()) << "the state that was there before";
 }
 
 TEST_F(JsScriptContextTest, ErrorsHaveTheClassAndMarkOfTheirRoad)
@@ -175,6 +175,24 @@ TEST_F(JsScriptContextTest, LooseEqualityTruthAndExpressions)
     EXPECT_EQ(text("expression('var x')"), "|false");
     EXPECT_EQ(text("expression('throw new Error(\"why\")')"), "why|false");
     EXPECT_EQ(text("expression('throw \"bare\"')"), "bare|false");
+}
+
+TEST_F(JsScriptContextTest, TheLongLivedContextWorksOutsideOfCalls)
+{
+    ScriptContext* context = ScriptContext::current();
+    QString error;
+    ASSERT_TRUE(run("var limit = 3"));
+    EXPECT_TRUE(context->evaluateExpression("limit == 3", &error, QString()));
+    EXPECT_FALSE(context->evaluateExpression("nosuch", &error, QString()));
+    EXPECT_THAT(error.toStdString(), testing::HasSubstr("nosuch"));
+    const SharedPtr<ScriptArgument> date = context->toArgument(QDateTime({2024, 2, 29}, {12, 30}));
+    EXPECT_EQ(date->typeName(), "Date");
+    EXPECT_THAT(date->toString().toStdString(), testing::HasSubstr("Feb 29 2024 12:30:00"));
+    const ScriptArgument::Map entries{{"__proto__", context->toArgument(5)}, {"a", context->toArgument(6)}};
+    const SharedPtr<ScriptArgument> map = context->toArgument(entries);
+    EXPECT_EQ(map->toMap().size(), 2u);
+    LineInfo info;
+    EXPECT_FALSE(context->lineInfo(&info, 0));
 }
 
 TEST_F(JsScriptContextTest, PositionsOfTheRunningScriptByDepth)
