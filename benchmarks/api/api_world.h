@@ -3,7 +3,7 @@
 #include "interpreter/base/dummyrunnerinterface.h"
 #include "interpreter/js/jsinterpreter.h"
 #include "launcher/launcher.h"
-#include "report/resultstream.h"
+#include "report/streamwriter.h"
 #include "testsupport/testresult.h"
 
 #include <QFile>

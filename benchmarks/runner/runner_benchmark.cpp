@@ -1,4 +1,4 @@
-#include "report/resultstream.h"
+#include "../tests/support/runreport.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -50,10 +50,10 @@ public:
 
     RunReport report() const
     {
-        QFile file(path("results/results.ndjson"));
-        if (!file.open(QIODevice::ReadOnly))
+        const RunReport report = readReportFile(path("results/results.ndjson"));
+        if (report.cases.isEmpty())
             qFatal("there is no result stream");
-        return readResultStream(file);
+        return report;
     }
 
     QString path(const QString& name) const { return m_folder.filePath(name); }

@@ -1,5 +1,7 @@
 #include "report/htmlcase.h"
 
+#include "report/texts.h"
+
 #include <QUrl>
 
 #include <algorithm>
@@ -8,165 +10,250 @@ namespace Torvix {
 
 namespace {
 
-QString begun(const QString& text, int limit)
+/** Of a line of source: a bundled script has lines of a megabyte. */
+constexpr int longestSourceLine = 500;
+/** Steps before a failure that stand open; when there are many more, those are folded. */
+constexpr int stepsBeforeFailure = 3;
+constexpr int fewSteps = 8;
+
+QString percentEncoded(const QString& path)
 {
-    if (text.size() <= limit)
-        return text;
-    return text.left(limit) + QStringLiteral("\n[%1 characters left out]").arg(text.size() - limit);
+    return QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
 }
 
-QString ended(const QString& text, int limit)
+QString fold(const QString& title, const QString& content)
 {
-    if (text.size() <= limit)
-        return text;
-    return QStringLiteral("[%1 characters left out]\n").arg(text.size() - limit) + text.right(limit);
+    return QStringLiteral("<details class=\"fold\"><summary>%1</summary>").arg(htmlText(title)) + content +
+           QStringLiteral("</details>\n");
 }
 
-/** A detail with a difference has its lines marked: what was there, and what was to be. */
-QString detailHtml(const QString& detail)
+QString foldedText(const QString& title, const QString& text, int limit)
 {
-    const QStringList lines = detail.split(QLatin1Char('\n'));
-    const auto any = [&lines](const char* mark) {
-        return std::any_of(lines.begin(), lines.end(),
-                           [mark](const QString& line) { return line.startsWith(QLatin1String(mark)); });
-    };
-    if (!any("- ") || !any("+ "))
-        return htmlText(detail);
+    return fold(title, QStringLiteral("<pre tabindex=\"0\">") + htmlText(cutBegin(text, limit)) +
+                           QStringLiteral("</pre>"));
+}
+
+QString sourceHtml(const ResultEntry& entry, const QString& place)
+{
+    QString html =
+        QStringLiteral("<p class=\"place\">%1</p><pre class=\"source\" tabindex=\"0\">").arg(htmlText(place));
+    int number = entry.source.firstLine;
+    for (const QString& line : entry.source.lines) {
+        html += QStringLiteral("<%1><i>%2</i> ")
+                    .arg(QLatin1String(number == entry.line ? "mark" : "span"))
+                    .arg(number, 5) +
+                htmlText(cutEnd(line, longestSourceLine)) +
+                QLatin1String(number == entry.line ? "</mark>" : "</span>");
+        ++number;
+    }
+    return html + QStringLiteral("</pre>");
+}
+
+/** A step of a list, with the sections in which it is. */
+struct Step
+{
     QString html;
-    for (const QString& line : lines) {
-        const char* element = line.startsWith(QLatin1String("- "))   ? "del"
-                              : line.startsWith(QLatin1String("+ ")) ? "ins"
-                                                                     : "span";
-        html += QStringLiteral("<%1>%2</%1>").arg(QLatin1String(element), htmlText(line));
+    QStringList sections;
+};
+
+QString stepsHtml(const QVector<Step>& steps, QStringList sections = {})
+{
+    QString html;
+    for (const Step& step : steps) {
+        if (step.sections != sections && !step.sections.isEmpty())
+            html += QStringLiteral("<li class=\"section\">%1</li>\n")
+                        .arg(htmlText(step.sections.join(QStringLiteral(" \u203a "))));
+        sections = step.sections;
+        html += step.html;
     }
     return html;
 }
 
-class BodyWriter
+class AttemptWriter : public EventVisitor
 {
 public:
-    BodyWriter(const ReporterOptions& options, const HtmlLimits& limits)
-        : m_options(options)
+    AttemptWriter(const AttemptSummary& attempt, const ReporterOptions& options, const HtmlLimits& limits,
+                  HtmlPictures* pictures)
+        : m_attempt(attempt)
+        , m_options(options)
         , m_limits(limits)
+        , m_pictures(*pictures)
     {
     }
 
-    QString write(const CaseReport& testCase)
+    void result(const ResultEntry& entry) override
     {
-        for (int i = 0; i < testCase.attempts.size(); ++i) {
-            if (testCase.attempts.size() > 1)
-                m_html += QStringLiteral("<h3>Attempt %1 <span class=\"%2\">%2</span></h3>\n")
-                              .arg(i + 1)
-                              .arg(caseOutcomeName(testCase.attempts[i].outcome));
-            writeAttempt(testCase.attempts[i]);
+        const bool failed = isFailure(entry.type);
+        int& left = failed ? m_failuresLeft : m_stepsLeft;
+        if (--left < 0) {
+            ++(failed ? m_failuresLeftOut : m_stepsLeftOut);
+            return;
         }
-        return std::move(m_html);
+        if (failed)
+            showSteps(true);
+        m_steps += {stepHtml(entry), entry.sections};
+        if (failed)
+            showSteps(false);
     }
 
-private:
-    void writeAttempt(const AttemptReport& attempt)
-    {
-        if (attempt.outcome == CaseOutcome::Interrupted)
-            m_html +=
-                QLatin1String("<p class=\"interrupted\">The run ended before this test case did.</p>\n");
-        m_html += QLatin1String("<ol class=\"steps\">\n");
-        QStringList sections;
-        int left = m_limits.steps;
-        int leftOut = 0;
-        for (const ResultEntry& entry : attempt.entries) {
-            if (--left < 0 && !isFailure(entry.type)) {
-                ++leftOut;
-                continue;
-            }
-            if (entry.sections != sections && !entry.sections.isEmpty())
-                m_html += QStringLiteral("<li class=\"section\">%1</li>\n")
-                              .arg(htmlText(entry.sections.join(QStringLiteral(" \u203a "))));
-            sections = entry.sections;
-            writeEntry(entry, attempt.started);
-        }
-        if (leftOut > 0)
-            m_html += QStringLiteral("<li class=\"section\">%1 more steps, none of them a failure, are left "
-                                     "out</li>\n")
-                          .arg(leftOut);
-        m_html += QLatin1String("</ol>\n");
-        const bool isFine = attempt.outcome == CaseOutcome::Passed || attempt.outcome == CaseOutcome::Skipped;
-        const int outputLimit = isFine ? m_limits.fineOutput : m_limits.output;
-        for (const ApplicationReport& application : attempt.applications)
-            writeApplication(application, outputLimit);
-        if (!attempt.objectTree.isEmpty())
-            writeFold(QStringLiteral("Object tree at the failure"), attempt.objectTree, outputLimit);
-    }
-
-    void writeEntry(const ResultEntry& entry, const QDateTime& started)
-    {
-        m_html += QStringLiteral("<li><b class=\"%1\">%1</b><div><div class=\"message\">%2</div>")
-                      .arg(resultTypeName(entry.type), htmlText(begun(entry.message, m_limits.text)));
-        if (!entry.detail.isEmpty())
-            m_html += QStringLiteral("<pre class=\"detail\" tabindex=\"0\">%1</pre>")
-                          .arg(detailHtml(begun(entry.detail, m_limits.text)));
-        if (entry.source.firstLine > 0)
-            writeSource(entry);
-        for (const Attachment& attachment : entry.attachments)
-            writeAttachment(attachment);
-        m_html += QLatin1String("</div>");
-        QStringList facts;
-        if (!entry.file.isEmpty())
-            facts += htmlText(positionText(relativeTo(m_options.baseFolder, entry.file), entry.line));
-        if (entry.time.isValid() && started.isValid())
-            facts += QStringLiteral("+%1").arg(durationText(qMax<qint64>(0, started.msecsTo(entry.time))));
-        m_html += QStringLiteral("<small>%1</small></li>\n").arg(facts.join(QLatin1String("<br>")));
-    }
-
-    void writeSource(const ResultEntry& entry)
-    {
-        m_html += QLatin1String("<pre class=\"source\" tabindex=\"0\">");
-        int number = entry.source.firstLine;
-        for (const QString& line : entry.source.lines) {
-            m_html += QStringLiteral("<%1><i>%2</i> %3</%1>")
-                          .arg(number == entry.line ? "mark" : "span")
-                          .arg(number, 5)
-                          .arg(htmlText(begun(line, 500)));
-            ++number;
-        }
-        m_html += QLatin1String("</pre>");
-    }
-
-    void writeAttachment(const Attachment& attachment)
-    {
-        const QString address = htmlText(QString::fromLatin1(QUrl::toPercentEncoding(attachment.path, "/")));
-        const QString text =
-            htmlText(attachment.description.isEmpty() ? attachment.path : attachment.description);
-        const char* form = "<p><a href=\"%1\">%2</a></p>";
-        if (attachment.mimeType.startsWith(QLatin1String("image/")))
-            form = "<figure><a href=\"%1\"><img src=\"%1\" loading=\"lazy\" alt=\"%2\"></a>"
-                   "<figcaption>%2</figcaption></figure>";
-        else if (attachment.mimeType.startsWith(QLatin1String("video/")))
-            form = "<figure><video src=\"%1\" controls preload=\"none\" aria-label=\"%2\"></video>"
-                   "<figcaption><a href=\"%1\">%2</a></figcaption></figure>";
-        m_html += QString::fromLatin1(form).arg(address, text);
-    }
-
-    void writeApplication(const ApplicationReport& application, int outputLimit)
+    void applicationEnded(const ApplicationReport& application) override
     {
         const QString head = QStringLiteral("Application %1 (process %2): %3")
                                  .arg(application.name, QString::number(application.pid), application.ending);
-        if (application.output.isEmpty())
-            m_html += QStringLiteral("<p class=\"faint\">%1</p>\n").arg(htmlText(head));
-        else
-            writeFold(head, application.output, outputLimit);
+        m_behind += application.output.isEmpty()
+                        ? QStringLiteral("<p class=\"faint\">%1</p>\n").arg(htmlText(head))
+                        : foldedText(head, application.output, outputLimit());
     }
 
-    void writeFold(const QString& title, const QString& text, int limit)
+    void objectTree(const QString& text) override
     {
-        m_html += QStringLiteral("<details class=\"fold\"><summary>%1</summary><pre tabindex=\"0\">%2</pre>"
-                                 "</details>\n")
-                      .arg(htmlText(title), htmlText(ended(text, limit)));
+        m_behind += foldedText(QStringLiteral("Object tree at the failure"), text, outputLimit());
     }
 
+    QString take()
+    {
+        showSteps(false);
+        showLeftOut(m_failuresLeftOut, "more failures");
+        showLeftOut(m_stepsLeftOut, "more steps, none of them a failure,");
+        const QString end =
+            m_attempt.outcome == CaseOutcome::Interrupted
+                ? QStringLiteral("<p class=\"interrupted\">The run ended before this test case did.</p>\n")
+                : QString();
+        const QString list =
+            m_html.isEmpty() ? QString()
+                             : QStringLiteral("<ol class=\"steps\">\n") + m_html + QStringLiteral("</ol>\n");
+        return end + list + m_behind;
+    }
+
+private:
+    int outputLimit() const { return isFine(m_attempt.outcome) ? m_limits.fineOutput : m_limits.output; }
+
+    /** Writes the steps that wait; long before a failure, folded. */
+    void showSteps(bool isBeforeFailure)
+    {
+        if (isBeforeFailure && m_steps.size() > fewSteps) {
+            const int count = m_steps.size() - stepsBeforeFailure;
+            m_html += QStringLiteral("<li class=\"folded\">") +
+                      fold(QStringLiteral("%1 steps before").arg(count),
+                           QStringLiteral("<ol class=\"steps\">\n") + stepsHtml(m_steps.mid(0, count)) +
+                               QStringLiteral("</ol>")) +
+                      QStringLiteral("</li>\n");
+            m_steps.remove(0, count);
+            m_sections.clear();
+        }
+        if (m_steps.isEmpty())
+            return;
+        m_html += stepsHtml(m_steps, m_sections);
+        m_sections = m_steps.last().sections;
+        m_steps.clear();
+    }
+
+    void showLeftOut(int count, const char* what)
+    {
+        if (count > 0)
+            m_html += QStringLiteral("<li class=\"section\">%1 %2 are in the result stream</li>\n")
+                          .arg(QString::number(count), QLatin1String(what));
+    }
+
+    QString stepHtml(const ResultEntry& entry)
+    {
+        const QString type = resultTypeName(entry.type);
+        QString html = QStringLiteral("<li><b class=\"%1\">%1</b><div><div class=\"message\">").arg(type) +
+                       htmlText(cutEnd(headline(entry), m_limits.text)) + QLatin1String("</div>");
+        html += findingsHtml(entry);
+        const QString place = positionText(relativeTo(m_options.baseFolder, entry.file), entry.line);
+        const bool hasSource = entry.source.firstLine > 0;
+        if (hasSource)
+            html += sourceHtml(entry, place);
+        for (const Attachment& attachment : entry.attachments)
+            html += attachmentHtml(attachment);
+        QStringList facts;
+        if (!entry.file.isEmpty() && !hasSource)
+            facts += QStringLiteral("<span title=\"%1\">%2</span>")
+                         .arg(htmlText(place), htmlText(place.section(QLatin1Char('/'), -1)));
+        if (entry.time.isValid() && m_attempt.started.isValid())
+            facts += QStringLiteral("+%1").arg(
+                durationText(qMax<qint64>(0, m_attempt.started.msecsTo(entry.time))));
+        return html + QStringLiteral("</div><small>") + facts.join(QLatin1String("<br>")) +
+               QStringLiteral("</small></li>\n");
+    }
+
+    QString findingsHtml(const ResultEntry& entry) const
+    {
+        if (entry.detail.isEmpty() && entry.difference.isEmpty())
+            return {};
+        QString html = QStringLiteral("<pre class=\"detail\" tabindex=\"0\">") +
+                       htmlText(cutEnd(entry.detail, m_limits.text));
+        if (!entry.difference.isEmpty())
+            html += htmlDifference(cutEnd(entry.difference, m_limits.text));
+        return html + QStringLiteral("</pre>");
+    }
+
+    QString attachmentHtml(const Attachment& attachment)
+    {
+        const QString address = htmlText(percentEncoded(linkTo(attachment, m_options)));
+        const QString text =
+            htmlText(attachment.description.isEmpty() ? attachment.path : attachment.description);
+        if (attachment.mimeType.startsWith(QLatin1String("image/")))
+            return QStringLiteral(
+                       "<figure><button type=\"button\" class=\"zoom\"><img src=\"%1\" loading=\"lazy\" "
+                       "alt=\"%2\"></button><figcaption>%2 "
+                       "(<a href=\"%3\">file</a>)</figcaption></figure>")
+                .arg(m_pictures.mark(attachment, address), text, address);
+        if (attachment.mimeType.startsWith(QLatin1String("video/")))
+            return QStringLiteral(
+                       "<figure><video src=\"%1\" controls preload=\"none\" aria-label=\"%2\"></video>"
+                       "<figcaption><a href=\"%1\">%2</a></figcaption></figure>")
+                .arg(address, text);
+        return QStringLiteral("<p><a href=\"%1\">%2</a></p>").arg(address, text);
+    }
+
+    const AttemptSummary& m_attempt;
     const ReporterOptions& m_options;
     const HtmlLimits& m_limits;
+    HtmlPictures& m_pictures;
+    int m_stepsLeft = m_limits.steps;
+    int m_failuresLeft = m_limits.failures;
+    int m_stepsLeftOut = 0;
+    int m_failuresLeftOut = 0;
+    QVector<Step> m_steps;  ///< that are not written yet
+    QStringList m_sections; ///< of the last step that is
     QString m_html;
+    QString m_behind; ///< what stands below the steps
 };
+
+/** How many characters two texts have in common at their begins, and at their ends behind that. */
+std::pair<int, int> commonEnds(const QString& a, const QString& b)
+{
+    const int most = qMin(a.size(), b.size());
+    int begin = 0;
+    while (begin < most && a[begin] == b[begin])
+        ++begin;
+    int end = 0;
+    while (end < most - begin && a[a.size() - 1 - end] == b[b.size() - 1 - end])
+        ++end;
+    // A pair of surrogates is one character.
+    if (begin > 0 && a[begin - 1].isHighSurrogate())
+        --begin;
+    if (end > 0 && a[a.size() - end].isLowSurrogate())
+        --end;
+    return {begin, end};
+}
+
+QString differenceLine(const QString& line, std::pair<int, int> common = {0, 0})
+{
+    const char* element = line.startsWith(QLatin1String("- "))   ? "del"
+                          : line.startsWith(QLatin1String("+ ")) ? "ins"
+                                                                 : "span";
+    const int length = line.size() - common.first - common.second;
+    const bool isMarked = common != std::pair<int, int>() && length > 0;
+    const QString text = isMarked ? htmlText(line.left(common.first)) + QStringLiteral("<b>") +
+                                        htmlText(line.mid(common.first, length)) + QStringLiteral("</b>") +
+                                        htmlText(line.right(common.second))
+                                  : htmlText(line);
+    return QStringLiteral("<%1>").arg(QLatin1String(element)) + text +
+           QStringLiteral("</%1>").arg(QLatin1String(element));
+}
 
 } // namespace
 
@@ -183,9 +270,45 @@ QString htmlText(const QString& text)
     return visible;
 }
 
-QString htmlCaseBody(const CaseReport& testCase, const ReporterOptions& options, const HtmlLimits& limits)
+QString htmlDifference(const QString& difference)
 {
-    return BodyWriter(options, limits).write(testCase);
+    const QStringList lines = difference.split(QLatin1Char('\n'));
+    const auto isOne = [&lines](int index, const char* mark) {
+        return lines.value(index).startsWith(QLatin1String(mark)) &&
+               !lines.value(index - 1).startsWith(QLatin1String(mark)) &&
+               !lines.value(index + 1).startsWith(QLatin1String(mark));
+    };
+    QString html;
+    for (int i = 0; i < lines.size(); ++i) {
+        // A single line that became another: what of it did is worth a mark.
+        if (!isOne(i, "- ") || !isOne(i + 1, "+ ")) {
+            html += differenceLine(lines[i]);
+            continue;
+        }
+        constexpr int sign = 2;
+        auto common = commonEnds(lines[i].mid(sign), lines[i + 1].mid(sign));
+        if (common != std::pair<int, int>())
+            common.first += sign;
+        html += differenceLine(lines[i], common) + differenceLine(lines[i + 1], common);
+        ++i;
+    }
+    return html;
+}
+
+QString htmlCaseBody(const RecordedRun& run, const CaseSummary& testCase, const ReporterOptions& options,
+                     const HtmlLimits& limits, HtmlPictures* pictures)
+{
+    QString html;
+    for (int i = 0; i < testCase.attempts.size(); ++i) {
+        const AttemptSummary& attempt = testCase.attempts[i];
+        if (testCase.attempts.size() > 1)
+            html += QStringLiteral("<h4>Attempt %1 <span class=\"%2\">%2</span></h4>\n")
+                        .arg(QString::number(i + 1), caseOutcomeName(attempt.outcome));
+        AttemptWriter writer(attempt, options, limits, pictures);
+        run.visit(attempt, writer);
+        html += writer.take();
+    }
+    return html;
 }
 
 } // namespace Torvix

@@ -3,6 +3,8 @@
 // the address, so that a filtered report can be passed on as a link; "#SUITE/CASE" opens one case.
 (function () {
     const cases = Array.from(document.querySelectorAll('.case'));
+    const groups = Array.from(document.querySelectorAll('main section'));
+    const detailsOf = element => element.querySelector('details');
     const packed = cases.filter(element => 'packed' in element.dataset);
     const buttons = Array.from(document.querySelectorAll('.counts button'));
     const search = document.getElementById('search');
@@ -41,7 +43,7 @@
     }
 
     for (const element of packed)
-        element.addEventListener('toggle', () => fill(element));
+        detailsOf(element).addEventListener('toggle', () => fill(element));
 
     // -- the filter
 
@@ -61,12 +63,14 @@
         const wanted = text.trim().toLowerCase();
         let shown = 0;
         for (const element of cases) {
-            const fits = (outcome === 'all' || element.dataset.outcomes.split(' ').includes(outcome))
+            const matches = (outcome === 'all' || element.dataset.outcomes.split(' ').includes(outcome))
                 && (wanted === '' || textOf(element).includes(wanted));
-            element.hidden = !fits;
-            shown += fits ? 1 : 0;
+            element.hidden = !matches;
+            shown += matches ? 1 : 0;
         }
         none.hidden = shown > 0;
+        for (const group of groups)
+            group.hidden = !group.querySelector('.case:not([hidden])');
         for (const button of buttons)
             button.setAttribute('aria-pressed', String(button.dataset.outcome === outcome));
     }
@@ -102,21 +106,29 @@
         remember();
     });
 
+    // -- a picture in its full size and back
+
+    document.addEventListener('click', event => {
+        const button = event.target.closest('.zoom');
+        if (button)
+            button.classList.toggle('large');
+    });
+
     // -- all at once, and keys
 
     function nameFold() {
-        fold.textContent = cases.some(element => !element.hidden && element.open) ? 'Close all' : 'Open all';
+        fold.textContent = cases.some(element => !element.hidden && detailsOf(element).open) ? 'Close all' : 'Open all';
     }
 
     fold.addEventListener('click', () => {
         const shown = cases.filter(element => !element.hidden);
-        const open = !shown.some(element => element.open);
+        const open = !shown.some(element => detailsOf(element).open);
         for (const element of shown)
-            element.open = open;
+            detailsOf(element).open = open;
         nameFold();
     });
     for (const element of cases)
-        element.addEventListener('toggle', nameFold);
+        detailsOf(element).addEventListener('toggle', nameFold);
 
     document.addEventListener('keydown', event => {
         if (event.key === '/' && event.target !== search && !event.ctrlKey && !event.metaKey && !event.altKey) {
@@ -144,7 +156,7 @@
         if (element) {
             search.value = '';
             show('all', '');
-            element.open = true;
+            detailsOf(element).open = true;
             fill(element).then(() => element.scrollIntoView());
             return;
         }
@@ -152,6 +164,9 @@
         search.value = start.get('text') || '';
         update(buttons.some(button => button.dataset.outcome === start.get('outcome')) ? start.get('outcome') : 'all');
     }
+
+    for (const time of document.querySelectorAll('time'))
+        time.textContent = new Date(time.dateTime).toLocaleString(undefined, { dateStyle: 'medium', timeStyle: 'medium' });
 
     addEventListener('hashchange', follow);
     follow();

@@ -1,7 +1,11 @@
 #include "report/reporters.h"
+#include "report/texts.h"
 
-#include <QMap>
+#include <QHash>
 #include <QXmlStreamWriter>
+
+#include <algorithm>
+#include <limits>
 
 namespace Torvix {
 
@@ -35,43 +39,130 @@ QString failureText(const ResultEntry& entry)
     QStringList lines;
     if (!entry.file.isEmpty())
         lines += positionText(entry.file, entry.line);
-    lines += entry.message;
-    if (!entry.detail.isEmpty())
-        lines += entry.detail;
+    lines += headline(entry);
+    const QString found = findings(entry);
+    if (!found.isEmpty())
+        lines += found;
     return lines.join(QLatin1Char('\n'));
+}
+
+/** The parser that most readers are built on takes no text of more than ten million bytes. */
+constexpr int longestText = 1'000'000;
+constexpr int leastText = 10'000;
+/** Readers hold all of it in memory. */
+constexpr qint64 textBudget = 100'000'000;
+constexpr int longestMessage = 10'000;
+
+/** How long the texts of one case may be, so that those of all are not longer than the budget. */
+int limitOfCase(const RunSummary& run)
+{
+    QVector<qint64> lengths;
+    for (const CaseSummary& testCase : run.cases) {
+        for (const AttemptSummary& attempt : testCase.attempts)
+            lengths += attempt.textLength;
+    }
+    std::sort(lengths.begin(), lengths.end());
+    qint64 left = textBudget;
+    for (int i = 0; i < lengths.size(); ++i) {
+        const qint64 share = left / (lengths.size() - i);
+        if (lengths[i] > share)
+            return int(qBound<qint64>(leastText, share, longestText));
+        left -= lengths[i];
+    }
+    return longestText;
+}
+
+/** The texts of one attempt. */
+class AttemptTexts : public EventVisitor
+{
+public:
+    AttemptTexts(const ReporterOptions& options, int limit)
+        : failures(limit)
+        , output(limit)
+        , m_options(options)
+    {
+    }
+
+    void result(const ResultEntry& entry) override
+    {
+        if (isFailure(entry.type)) {
+            if (!failures.isEmpty())
+                failures.addLine(QString());
+            failures.addLine(failureText(entry));
+        }
+        if (entry.type == ResultType::Skip && skipReason.isNull())
+            skipReason = entry.message;
+        output.addLine(QStringLiteral("%1: %2").arg(resultTypeName(entry.type), entry.message));
+        for (const Attachment& attachment : entry.attachments)
+            attachments += relativeTo(m_options.baseFolder, attachment.path);
+    }
+
+    void applicationEnded(const ApplicationReport& application) override
+    {
+        output.addLine(QStringLiteral("application %1: %2").arg(application.name, application.ending));
+        if (!application.output.isEmpty())
+            output.addLine(application.output);
+    }
+
+    BoundedText failures;
+    BoundedText output;
+    QStringList attachments;
+    QString skipReason;
+
+private:
+    const ReporterOptions& m_options;
+};
+
+/** The cases of one suite. */
+struct SuiteCases
+{
+    QString title;
+    QVector<const CaseSummary*> cases;
+};
+
+/** In the order in which they began. */
+QVector<SuiteCases> casesBySuite(const RunSummary& run)
+{
+    QVector<SuiteCases> suites;
+    QHash<QString, int> known;
+    for (const CaseSummary& testCase : run.cases) {
+        if (!known.contains(testCase.suiteTitle)) {
+            known[testCase.suiteTitle] = suites.size();
+            suites += {testCase.suiteTitle, {}};
+        }
+        suites[known[testCase.suiteTitle]].cases += &testCase;
+    }
+    return suites;
 }
 
 class JUnitWriter
 {
 public:
-    explicit JUnitWriter(const ReporterOptions& options) : m_options(options), m_xml(&m_bytes)
+    JUnitWriter(const RecordedRun& run, const ReporterOptions& options, QIODevice* out)
+        : m_run(run)
+        , m_options(options)
+        , m_limit(limitOfCase(run.summary()))
+        , m_xml(out)
     {
         m_xml.setAutoFormatting(true);
         m_xml.setAutoFormattingIndent(2);
     }
 
-    QByteArray write(const RunReport& report)
+    void write()
     {
-        QVector<QString> order;
-        QMap<QString, QVector<const CaseReport*>> suites;
-        for (const CaseReport& testCase : report.cases) {
-            if (!suites.contains(testCase.suite))
-                order += testCase.suite;
-            suites[testCase.suite] += &testCase;
-        }
+        const RunSummary& run = m_run.summary();
         m_xml.writeStartDocument();
         m_xml.writeStartElement("testsuites");
         if (!m_options.strictJUnit) {
-            m_xml.writeAttribute("name", xmlText(report.name));
-            writeCounts(report.cases.size(), report.count(CaseOutcome::Failed),
-                        report.count(CaseOutcome::Error) + report.count(CaseOutcome::Interrupted),
-                        report.count(CaseOutcome::Skipped), report.durationMs, false);
+            m_xml.writeAttribute("name", xmlText(run.name));
+            writeCounts(run.cases.size(), run.count(CaseOutcome::Failed),
+                        run.count(CaseOutcome::Error) + run.count(CaseOutcome::Interrupted),
+                        run.count(CaseOutcome::Skipped), run.durationMs, false);
         }
-        for (const QString& suite : order)
-            writeSuite(report, suite, suites[suite]);
+        for (const SuiteCases& suite : casesBySuite(run))
+            writeSuite(suite);
         m_xml.writeEndElement();
         m_xml.writeEndDocument();
-        return m_bytes;
     }
 
 private:
@@ -85,130 +176,126 @@ private:
         m_xml.writeAttribute("time", seconds(durationMs));
     }
 
-    void writeSuite(const RunReport& report, const QString& name, const QVector<const CaseReport*>& cases)
+    void writeSuite(const SuiteCases& suite)
     {
+        const RunSummary& run = m_run.summary();
         int counts[5] = {};
         qint64 durationMs = 0;
-        for (const CaseReport* testCase : cases) {
+        for (const CaseSummary* testCase : suite.cases) {
             ++counts[int(testCase->outcome())];
             durationMs += testCase->durationMs();
         }
         m_xml.writeStartElement("testsuite");
-        m_xml.writeAttribute("name", xmlText(name));
-        writeCounts(cases.size(), counts[int(CaseOutcome::Failed)],
+        m_xml.writeAttribute("name", xmlText(suite.title));
+        writeCounts(suite.cases.size(), counts[int(CaseOutcome::Failed)],
                     counts[int(CaseOutcome::Error)] + counts[int(CaseOutcome::Interrupted)],
                     counts[int(CaseOutcome::Skipped)], durationMs, true);
-        m_xml.writeAttribute("timestamp", report.started.toUTC().toString("yyyy-MM-ddTHH:mm:ss"));
-        m_xml.writeAttribute("hostname", xmlText(report.environment["host"].toString()));
+        m_xml.writeAttribute("timestamp", run.started.toUTC().toString("yyyy-MM-ddTHH:mm:ss"));
+        m_xml.writeAttribute("hostname", xmlText(run.environment["host"].toString()));
         m_xml.writeStartElement("properties");
-        for (auto it = report.environment.begin(); it != report.environment.end(); ++it) {
+        for (auto it = run.environment.begin(); it != run.environment.end(); ++it) {
             m_xml.writeStartElement("property");
             m_xml.writeAttribute("name", xmlText(it.key()));
             m_xml.writeAttribute("value", xmlText(it.value().toVariant().toString()));
             m_xml.writeEndElement();
         }
         m_xml.writeEndElement();
-        for (const CaseReport* testCase : cases)
+        for (const CaseSummary* testCase : suite.cases)
             writeCase(*testCase);
         m_xml.writeEndElement();
     }
 
-    void writeCase(const CaseReport& testCase)
+    void writeCase(const CaseSummary& testCase)
     {
         m_xml.writeStartElement("testcase");
-        m_xml.writeAttribute("classname", xmlText(testCase.suite));
+        m_xml.writeAttribute("classname", xmlText(testCase.suiteTitle));
         m_xml.writeAttribute("name", xmlText(testCase.name));
         m_xml.writeAttribute("time", seconds(testCase.durationMs()));
-        const AttemptReport last = testCase.attempts.isEmpty() ? AttemptReport() : testCase.attempts.last();
-        const ResultEntry* failure = last.firstFailure();
+        const AttemptSummary last = testCase.lastAttempt();
+        const std::optional<ResultEntry> failure = m_run.decisiveFailure(last);
         if (!m_options.strictJUnit && failure && !failure->file.isEmpty()) {
             m_xml.writeAttribute("file", xmlText(relativeTo(m_options.baseFolder, failure->file)));
             m_xml.writeAttribute("line", QString::number(failure->line));
         }
-        writeOutcome(last);
-        if (!m_options.strictJUnit && testCase.isFlaky())
-            writeFlakyFailures(testCase);
-        writeOutput(testCase, last);
+        AttemptTexts texts(m_options, m_limit);
+        if (!testCase.attempts.isEmpty())
+            m_run.visit(last, texts);
+        if (last.outcome == CaseOutcome::Skipped)
+            writeSkipped(texts.skipReason);
+        else if (!isFine(last.outcome))
+            writeFailure(QLatin1String(elementOf(last.outcome)), last, texts, false);
+        if (!m_options.strictJUnit)
+            writeEarlierAttempts(testCase);
+        writeOutput(testCase, texts);
         m_xml.writeEndElement();
     }
 
-    void writeOutcome(const AttemptReport& attempt)
+    static const char* elementOf(CaseOutcome outcome)
     {
-        switch (attempt.outcome) {
-        case CaseOutcome::Passed:
-            return;
-        case CaseOutcome::Skipped:
-            writeSkipped(attempt);
-            return;
-        case CaseOutcome::Failed:
-            writeFailure("failure", attempt);
-            return;
-        case CaseOutcome::Error:
-        case CaseOutcome::Interrupted:
-            writeFailure("error", attempt);
-            return;
-        }
+        return outcome == CaseOutcome::Failed ? "failure" : "error";
     }
 
-    void writeSkipped(const AttemptReport& attempt)
+    void writeSkipped(const QString& reason)
     {
         m_xml.writeStartElement("skipped");
-        for (const ResultEntry& entry : attempt.entries) {
-            if (entry.type == ResultType::Skip && !m_options.strictJUnit) {
-                m_xml.writeAttribute("message", xmlText(entry.message));
-                break;
-            }
-        }
+        if (!m_options.strictJUnit && !reason.isEmpty())
+            m_xml.writeAttribute("message", xmlText(cutEnd(reason, longestMessage)));
         m_xml.writeEndElement();
     }
 
-    void writeFailure(const char* element, const AttemptReport& attempt)
+    void writeFailure(const QString& element, const AttemptSummary& attempt, const AttemptTexts& texts,
+                      bool isEarlier)
     {
-        const ResultEntry* failure = attempt.firstFailure();
+        const std::optional<ResultEntry> failure = m_run.decisiveFailure(attempt);
         m_xml.writeStartElement(element);
-        m_xml.writeAttribute("message", xmlText(failure ? failure->message : QStringLiteral("interrupted")));
+        m_xml.writeAttribute("message", failure ? xmlText(cutEnd(headline(*failure), longestMessage))
+                                                : QStringLiteral("interrupted"));
         m_xml.writeAttribute("type",
                              failure ? resultTypeName(failure->type) : caseOutcomeName(attempt.outcome));
-        QStringList texts;
-        for (const ResultEntry& entry : attempt.entries) {
-            if (isFailure(entry.type))
-                texts += failureText(entry);
-        }
-        m_xml.writeCharacters(xmlText(texts.join(QLatin1String("\n\n"))));
+        const QString text = xmlText(texts.failures.text());
+        if (isEarlier)
+            m_xml.writeTextElement("stackTrace", text);
+        else
+            m_xml.writeCharacters(text);
         m_xml.writeEndElement();
     }
 
-    void writeFlakyFailures(const CaseReport& testCase)
+    /** As Maven's Surefire tells them: of a case that passed in the end, and of one that never did. */
+    void writeEarlierAttempts(const CaseSummary& testCase)
     {
-        for (int i = 0; i + 1 < testCase.attempts.size(); ++i)
-            writeFailure("flakyFailure", testCase.attempts[i]);
-    }
-
-    void writeOutput(const CaseReport& testCase, const AttemptReport& attempt)
-    {
-        QStringList lines;
-        if (testCase.isFlaky())
-            lines += QStringLiteral("flaky: passed in attempt %1").arg(testCase.attempts.size());
-        for (const ResultEntry& entry : attempt.entries)
-            lines += QStringLiteral("%1: %2").arg(resultTypeName(entry.type), entry.message);
-        for (const ApplicationReport& application : attempt.applications) {
-            lines += QStringLiteral("application %1: %2").arg(application.name, application.ending);
-            if (!application.output.isEmpty())
-                lines += application.output;
+        for (int i = 0; i + 1 < testCase.attempts.size(); ++i) {
+            const AttemptSummary& attempt = testCase.attempts[i];
+            const bool failed = attempt.outcome == CaseOutcome::Failed;
+            const char* element = testCase.isFlaky() ? (failed ? "flakyFailure" : "flakyError")
+                                                     : (failed ? "rerunFailure" : "rerunError");
+            AttemptTexts texts(m_options, m_limit);
+            m_run.visit(attempt, texts);
+            writeFailure(QLatin1String(element), attempt, texts, true);
         }
-        m_xml.writeTextElement("system-out", xmlText(lines.join(QLatin1Char('\n'))));
     }
 
+    void writeOutput(const CaseSummary& testCase, const AttemptTexts& texts)
+    {
+        QString text = texts.output.text();
+        if (testCase.isFlaky())
+            text.prepend(QStringLiteral("flaky: passed in attempt %1\n").arg(testCase.attempts.size()));
+        // What build servers look for to show files beside the case.
+        for (const QString& path : texts.attachments)
+            text += QStringLiteral("\n[[ATTACHMENT|%1]]").arg(path);
+        m_xml.writeTextElement("system-out", xmlText(text));
+    }
+
+    const RecordedRun& m_run;
     const ReporterOptions& m_options;
-    QByteArray m_bytes;
+    int m_limit;
     QXmlStreamWriter m_xml;
 };
 
 } // namespace
 
-QByteArray renderJUnit(const RunReport& report, const ReporterOptions& options)
+void writeJUnit(const RecordedRun& run, const ReporterOptions& options, QIODevice* out)
 {
-    return JUnitWriter(options).write(report);
+    JUnitWriter(run, options, out).write();
 }
 
 } // namespace Torvix

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "report/runreport.h"
+#include "report/recordedrun.h"
 
-#include <QByteArray>
-#include <QStringList>
+#include <QString>
+#include <QVector>
+
+class QIODevice;
 
 namespace Torvix {
 
@@ -12,19 +14,25 @@ struct ReporterOptions
 {
     /** JUnit: only what the common Jenkins schema knows. */
     bool strictJUnit = false;
-    /** File names in annotations are made relative to this folder when they lie below it. */
+    /** File names in texts are made relative to this folder when they lie below it. */
     QString baseFolder;
+    /** Where the report lies: links to attachments are relative to it. Empty: as they are. */
+    QString reportFolder;
     /** Terminal: with colours. */
     bool colour = false;
 };
 
-/** One way to show a whole run. All texts are UTF-8. */
+/**
+ * One way to show a whole run. It is written piece by piece while the events are read, so that what a run
+ * reported need not fit into memory; texts for which the format's readers have no room are cut, and a line
+ * says so. All texts are UTF-8. A write that fails is told by the device.
+ */
 struct Reporter
 {
     const char* name;     ///< as on the command line: "junit"
     const char* fileName; ///< name of the file it makes by default: "junit.xml"
     const char* summary;  ///< one line for --help
-    QByteArray (*render)(const RunReport& report, const ReporterOptions& options);
+    void (*write)(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
 };
 
 /** All reporters, in the order in which help lists them. */
@@ -34,25 +42,18 @@ const QVector<Reporter>& reporters();
 const Reporter* reporterByName(const QString& name);
 
 /** JUnit XML: a test suite for each suite, a flaky case with its failed attempts. */
-QByteArray renderJUnit(const RunReport& report, const ReporterOptions& options);
+void writeJUnit(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
 /** The report as one JSON document; its form stands in docs/result-stream.md. */
-QByteArray renderJson(const RunReport& report, const ReporterOptions& options);
+void writeJson(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
 /** Test Anything Protocol, version 14, with YAML diagnostics. */
-QByteArray renderTap(const RunReport& report, const ReporterOptions& options);
+void writeTap(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
 /** Workflow commands that GitHub shows as annotations beside the changed lines. */
-QByteArray renderGitHub(const RunReport& report, const ReporterOptions& options);
+void writeGitHub(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
 /** What the terminal ends with: the failures again with their differences, then the counts. */
-QByteArray renderSummary(const RunReport& report, const ReporterOptions& options);
-/** One HTML page that needs no network and no other file but the screenshots beside it. */
-QByteArray renderHtml(const RunReport& report, const ReporterOptions& options);
-
-/** "1.2 s", "850 ms", "2 min 03 s". */
-QString durationText(qint64 durationMs);
-
-/** "file:line", or the file alone when the line is not known (0). */
-QString positionText(const QString& file, int line);
-
-/** file below folder as a relative path, anything else as it is. */
-QString relativeTo(const QString& folder, const QString& file);
+void writeSummary(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
+/** The same as Markdown: what GitHub shows at a job. */
+void writeMarkdown(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
+/** One HTML page that needs no network. */
+void writeHtml(const RecordedRun& run, const ReporterOptions& options, QIODevice* out);
 
 } // namespace Torvix

@@ -3,7 +3,7 @@
 #include "interpreter/base/applicationcontext.h"
 #include "launcher/launcher.h"
 #include "objectmodel/inspector.h"
-#include "report/runreport.h"
+#include "report/results.h"
 #include "shared/base/sharedptr.h"
 
 #include <QStringList>

@@ -3,7 +3,7 @@
 #include "interpreter/base/debugger.h"
 #include "interpreter/base/interpreter.h"
 #include "objectmodel/objectmap.h"
-#include "report/resultstream.h"
+#include "report/streamwriter.h"
 #include "runner/objecttree.h"
 #include "runner/plugin.h"
 #include "testsupport/objectfunctions.h"
@@ -93,7 +93,7 @@ ApplicationSettings CaseRunner::applicationSettings()
 
 CaseOutcome CaseRunner::run()
 {
-    CaseReport started;
+    CaseSummary started;
     started.suite = m_suite.name;
     started.name = m_case.name;
     started.path = m_case.folder;

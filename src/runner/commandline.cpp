@@ -3,7 +3,9 @@
 #include "report/reporters.h"
 #include "shared/text/nearestname.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 #include <functional>
@@ -39,11 +41,11 @@ constexpr VerbHelp verbs[] = {
      "  torvixrunner run suite_shop --tags smoke --retries 1 --reporter junit --output out\n"
      "  torvixrunner run suite_shop --last-failed\n",
      "0 all passed, 1 failures, 2 interrupted, 3 internal error or a report that could not be written,\n"
-     "4 wrong use (a missing suite, an unknown option), 5 no test case fits"},
+     "4 wrong use (a missing suite, an unknown option), 5 no test case matches"},
     {Verb::List, "list", "list [options] SUITE_OR_TEST...", "show the test cases that run would run",
      "  torvixrunner list suite_shop --exclude-tags slow\n"
      "  torvixrunner list suite_shop --json\n",
-     "0 there are some, 4 wrong use, 5 no test case fits"},
+     "0 there are some, 4 wrong use, 5 no test case matches"},
     {Verb::Report, "report", "report [options] STREAM...",
      "make reports from result streams (several are joined; - is the standard input)",
      "  torvixrunner report results/results.ndjson\n"
@@ -56,7 +58,7 @@ constexpr VerbHelp verbs[] = {
      "  torvixrunner inspect calculator\n"
      "  torvixrunner inspect --type '*Button' --properties calculator\n"
      "  torvixrunner inspect --json --attach /tmp/app.socket\n",
-     "0 shown, 1 the application could not be started, or no object fits, 4 wrong use"},
+     "0 shown, 1 the application could not be started, or no object matches, 4 wrong use"},
     {Verb::Init, "init", "init PATH [PROGRAM]",
      "make a new suite for a program, or in a suite a new test case tst_NAME",
      "  torvixrunner init suite_shop ./build/shop\n"
@@ -166,7 +168,10 @@ QVector<Option> optionsOf(Verb verb, CommandLine* line)
                    {"--repeat-each", "N", "run each case N times [1]", setNumber(&run->repeatEach, 1)},
                    {"--timeout", "SECONDS", "time for each case, instead of what the suite says",
                     setNumber(&run->timeoutSecs, 1)},
-                   {"--last-failed", nullptr, "only cases that failed in the last run in the output folder",
+                   {"--fail-on-flaky-tests", nullptr, "fail when a case passed only after a retry",
+                    setFlag(&run->failOnFlaky)},
+                   {"--last-failed", nullptr,
+                    "only cases that have not passed in the last run, in the output folder, that meant them",
                     setFlag(&run->lastFailed)},
                    {"--update-vps", nullptr,
                     "replace what verification points expect by what is seen, and make missing ones",
@@ -235,7 +240,7 @@ QString helpOf(const VerbHelp& verb)
             text += QStringLiteral("  %1 %2\n")
                         .arg(QLatin1String(reporter.name), -24)
                         .arg(QLatin1String(reporter.summary));
-        text += QLatin1String("PATH is a file, or - for the standard output.\n");
+        text += QLatin1String("PATH is a file, or - for the standard output, which then has nothing else.\n");
     }
     text += QStringLiteral("\nExamples:\n%1\nExit status: %2.\n")
                 .arg(QLatin1String(verb.examples), QLatin1String(verb.exitStatus));
@@ -287,6 +292,26 @@ QString joinCommand(QStringList arguments)
             argument = '"' + argument.replace(QLatin1String("\""), QLatin1String("\"\"\"")) + '"';
     }
     return arguments.join(QLatin1Char(' '));
+}
+
+/** Two reports in one place would be none. */
+bool haveOwnPaths(const QVector<ReporterRequest>& reporters, QString* error)
+{
+    QSet<QString> paths;
+    for (const ReporterRequest& reporter : reporters) {
+        const bool isOutput = reporter.path == QLatin1String("-");
+        const QString path = reporter.path.isEmpty() ? QLatin1String(reporterByName(reporter.name)->fileName)
+                             : isOutput              ? reporter.path
+                                                     : QFileInfo(reporter.path).absoluteFilePath();
+        if (!paths.contains(path)) {
+            paths += path;
+            continue;
+        }
+        *error = QStringLiteral("two reports cannot both go to %1; give --reporter %2 another PATH")
+                     .arg(isOutput ? QStringLiteral("the standard output") : path, reporter.name);
+        return false;
+    }
+    return true;
 }
 
 /** What remains besides options has to fit the verb. */
@@ -376,7 +401,8 @@ std::optional<CommandLine> parseCommandLine(const QStringList& arguments, QStrin
         if (i < 0)
             return {};
     }
-    if (!takeArguments(*verb, rest, &line, error))
+    if (!takeArguments(*verb, rest, &line, error) ||
+        !haveOwnPaths(verb->verb == Verb::Report ? line.report.reporters : line.run.reporters, error))
         return {};
     return line;
 }

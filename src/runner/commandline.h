@@ -38,6 +38,7 @@ struct RunOptions
     int repeatEach = 1;
     int timeoutSecs = 0;
     bool lastFailed = false;
+    bool failOnFlaky = false;
     bool updateVerificationPoints = false;
     bool listOnly = false;
     bool json = false; ///< the list as JSON

@@ -32,7 +32,7 @@ int inspectVerb(const InspectOptions& options)
             return int(ExitPassed);
         return fail(ExitFailures, filter.isEmpty()
                                       ? QStringLiteral("the application has no objects")
-                                      : QStringLiteral("no object fits; * stands for any characters"));
+                                      : QStringLiteral("no object matches; * stands for any characters"));
     };
     if (options.json) {
         const auto seen = inspectAsJson(filter);

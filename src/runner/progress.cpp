@@ -1,6 +1,6 @@
 #include "runner/progress.h"
 
-#include "report/reporters.h"
+#include "report/texts.h"
 
 #include <cstdio>
 
@@ -35,7 +35,9 @@ Progress::Progress(int planned, bool quiet) : m_planned(planned), m_quiet(quiet)
 {
     const bool isTerminal = isatty(STDOUT_FILENO) && qEnvironmentVariable("TERM") != QLatin1String("dumb");
     m_live = isTerminal && !isSet("CI");
-    m_colour = isTerminal && !isSet("NO_COLOR");
+    const QString forced = qEnvironmentVariable("FORCE_COLOR");
+    m_colour = forced.isEmpty() ? isTerminal && !isSet("NO_COLOR")
+                                : forced != QLatin1String("0") && forced != QLatin1String("false");
 }
 
 void Progress::clearLine()
@@ -70,12 +72,11 @@ QString Progress::painted(const QString& text, CaseOutcome outcome) const
 void Progress::caseEnded(const QString& name, CaseOutcome outcome, qint64 durationMs, bool willRetry)
 {
     clearLine();
-    const bool isFine = outcome == CaseOutcome::Passed || outcome == CaseOutcome::Skipped;
     if (!willRetry) {
         ++m_ended;
-        m_failed += isFine ? 0 : 1;
+        m_failed += isFine(outcome) ? 0 : 1;
     }
-    if (m_quiet && isFine)
+    if (m_quiet && isFine(outcome))
         return;
     show(QStringLiteral("%1  %2  %3%4\n")
              .arg(painted(caseOutcomeName(outcome).leftJustified(11), outcome), name,

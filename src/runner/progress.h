@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/runreport.h"
+#include "report/results.h"
 
 #include <QElapsedTimer>
 #include <QString>
@@ -9,7 +9,8 @@ namespace Torvix {
 
 /**
  * What a person sees while cases run: on a terminal one line that changes, otherwise a line for each
- * case that has ended. NO_COLOR (no-color.org) and CI are respected.
+ * case that has ended. NO_COLOR (no-color.org), FORCE_COLOR
+ * (force-color.org), which wins over it, and CI are respected.
  */
 class Progress
 {

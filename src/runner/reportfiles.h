@@ -5,28 +5,42 @@
 
 namespace Torvix {
 
-/** "results.ndjson". */
-QString streamFileName();
+/**
+ * The standard output as the place of a report: as long as this lives, everything else that the process
+ * prints goes to the error stream. For a run that makes no report there it changes nothing.
+ */
+class ReportOutput
+{
+public:
+    explicit ReportOutput(const QVector<ReporterRequest>& requests);
+    ~ReportOutput();
+    ReportOutput(const ReportOutput&) = delete;
+    ReportOutput& operator=(const ReportOutput&) = delete;
 
-/** The report of a stream on disk, its attachments with absolute paths; an empty one when there is none. */
-RunReport readStreamFile(const QString& path);
+    /** Of the standard output as it was. */
+    int descriptor() const { return m_descriptor; }
 
-/** Takes away the attachments of an earlier run in the folder, which its stream names; the new run would
- *  otherwise lie among them for ever. */
-void removeAttachmentsOf(const RunReport& earlier, const QString& folder);
+private:
+    int m_descriptor;
+};
+
+/** Makes the folders of the reports that are asked for. False with one line about the first that cannot be
+ *  written. */
+bool prepareReports(const RunOptions& options, QString* error);
 
 /**
- * Makes one report; "-" is the standard output. Links to attachments become relative to it.
- * False with one line of what went wrong.
+ * Makes one report; "-" is the standard output. Links to attachments are relative to it.
+ * False with one line of what went wrong; `isFull` then says whether room was missing.
  */
-bool writeReport(RunReport report, const Reporter& reporter, const ReporterOptions& options,
-                 const QString& path, QString* error);
+bool writeReport(const RecordedRun& run, const Reporter& reporter, ReporterOptions options,
+                 const QString& path, const ReportOutput& output, QString* error, bool* isFull);
 
 /**
- * The HTML page and what else the options ask for, into the output folder. The page's path is filled
- * when it was made. What cannot be made does not keep the others from being made; the lines of what went
- * wrong are the answer.
+ * The HTML page and what else the options ask for. The page's path is filled when it was made; without
+ * `withFolder` only what lies outside of the output folder is. What cannot be made does not keep the others
+ * from being made; the lines of what went wrong are the answer.
  */
-QStringList writeReports(const RunReport& report, const RunOptions& options, QString* page);
+QStringList writeReports(const RecordedRun& run, const RunOptions& options, const ReportOutput& output,
+                         bool withFolder, QString* page);
 
 } // namespace Torvix

@@ -1,13 +1,15 @@
 #include "runner/runverb.h"
 
-#include "report/resultstream.h"
+#include "report/streamwriter.h"
 #include "runner/caserunner.h"
+#include "runner/outputfolder.h"
 #include "runner/plugin.h"
 #include "runner/progress.h"
 #include "runner/reportfiles.h"
 #include "runner/selection.h"
 #include "runner/watchdog.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -27,12 +29,13 @@ class Run
 {
 public:
     Run(const RunOptions& options, const Selection& selection, const LanguagePlugin& plugin,
-        QFile* streamFile, Watchdog* watchdog)
+        OutputFolder* output, Watchdog* watchdog)
         : m_options(options)
         , m_selection(selection)
         , m_plugin(plugin)
         , m_watchdog(watchdog)
-        , m_stream(streamFile)
+        , m_output(*output)
+        , m_stream(output->stream())
         , m_progress(selection.caseCount() * options.repeatEach, options.quiet)
     {
     }
@@ -51,17 +54,35 @@ public:
         }
         m_stream.runEnded(m_watchdog->isInterrupted(), timer.elapsed());
         m_progress.finish();
+        tellWhenGone();
+        if (m_isGone)
+            return ExitInternal;
         if (!m_stream.errorString().isEmpty())
             return fail(ExitInternal,
                         QStringLiteral("The result stream could not be written whole: %1; make room, or "
                                        "choose another folder with --output, and run again")
                             .arg(m_stream.errorString()));
-        return m_watchdog->isInterrupted() ? ExitInterrupted : m_failed > 0 ? ExitFailures : ExitPassed;
+        return m_watchdog->isInterrupted() ? ExitInterrupted : fails() ? ExitFailures : ExitPassed;
     }
 
     bool hasColour() const { return m_progress.hasColour(); }
 
 private:
+    bool fails() const { return m_failed > 0 || (m_options.failOnFlaky && m_flaky > 0); }
+
+    /** The results of a folder that is no more are lost when this process ends. */
+    void tellWhenGone()
+    {
+        if (m_isGone || m_output.isThere())
+            return;
+        m_isGone = true;
+        m_progress.finish();
+        fail(ExitInternal,
+             QStringLiteral("The output folder '%1' was removed or replaced during the run: its results will "
+                            "be lost, all but what is printed here and what reports lie elsewhere")
+                 .arg(m_options.outputFolder));
+    }
+
     bool goesOn() const
     {
         return !m_watchdog->isInterrupted() &&
@@ -82,33 +103,42 @@ private:
             options.updatesVerificationPoints = m_options.updateVerificationPoints;
             CaseRunner runner(suite, testCase, m_plugin, &m_stream, m_watchdog, options);
             const CaseOutcome outcome = runner.run();
-            const bool isFine = outcome == CaseOutcome::Passed || outcome == CaseOutcome::Skipped;
-            const bool runsAgain = !isFine && attempt <= m_options.retries && !m_watchdog->isInterrupted();
+            tellWhenGone();
+            const bool runsAgain =
+                !isFine(outcome) && attempt <= m_options.retries && !m_watchdog->isInterrupted();
             m_progress.caseEnded(name, outcome, timer.elapsed(), runsAgain);
             if (runsAgain)
                 continue;
-            m_failed += isFine ? 0 : 1;
+            m_failed += isFine(outcome) ? 0 : 1;
+            m_flaky += attempt > 1 && outcome == CaseOutcome::Passed ? 1 : 0;
             return;
         }
     }
 
     static QJsonObject environment()
     {
-        return {{"host", QSysInfo::machineHostName()},   {"os", QSysInfo::prettyProductName()},
-                {"kernel", QSysInfo::kernelVersion()},   {"architecture", QSysInfo::currentCpuArchitecture()},
-                {"qt", QString::fromLatin1(qVersion())}, {"torvix", QStringLiteral(TORVIX_VERSION)}};
+        return {{"host", QSysInfo::machineHostName()},
+                {"os", QSysInfo::prettyProductName()},
+                {"kernel", QSysInfo::kernelVersion()},
+                {"architecture", QSysInfo::currentCpuArchitecture()},
+                {"qt", QString::fromLatin1(qVersion())},
+                {"torvix", QStringLiteral(TORVIX_VERSION)},
+                {"process", QCoreApplication::applicationPid()}};
     }
 
     const RunOptions& m_options;
     const Selection& m_selection;
     const LanguagePlugin& m_plugin;
     Watchdog* m_watchdog;
+    OutputFolder& m_output;
     ResultStreamWriter m_stream;
     Progress m_progress;
     int m_failed = 0;
+    int m_flaky = 0;
+    bool m_isGone = false; ///< the output folder
 };
 
-const QString nothingFits = QStringLiteral("no test case fits");
+const QString nothingMatches = QStringLiteral("no test case matches");
 
 QString listText(const Selection& selection)
 {
@@ -142,22 +172,27 @@ QJsonArray listJson(const Selection& selection)
     return list;
 }
 
-bool openStream(QFile* file, const QString& folder, QString* error)
+QStringList foldersOf(const Selection& selection)
 {
-    if (!QDir().mkpath(folder)) {
-        *error =
-            QStringLiteral("The output folder '%1' cannot be made; choose another with --output").arg(folder);
-        return false;
+    QStringList folders;
+    for (const Suite& suite : selection.suites) {
+        for (const TestCase& testCase : suite.cases)
+            folders += testCase.folder;
     }
-    file->setFileName(QDir(folder).absoluteFilePath(streamFileName()));
-    const RunReport earlier = readStreamFile(file->fileName());
-    if (file->open(QIODevice::WriteOnly)) {
-        removeAttachmentsOf(earlier, folder);
-        return true;
-    }
-    *error = QStringLiteral("'%1' cannot be written: %2; choose another folder with --output")
-                 .arg(file->fileName(), file->errorString());
-    return false;
+    return folders;
+}
+
+/** What a person reads at the end. */
+void printSummary(const RecordedRun& run, bool hasColour)
+{
+    ReporterOptions options;
+    options.colour = hasColour;
+    options.baseFolder = QDir::currentPath();
+    std::printf("\n");
+    std::fflush(stdout);
+    QFile output;
+    output.open(stdout, QIODevice::WriteOnly);
+    writeSummary(run, options, &output);
 }
 
 } // namespace
@@ -178,7 +213,7 @@ int listVerb(const RunOptions& options)
         std::fputs(QJsonDocument(listJson(selection)).toJson().constData(), stdout);
     else
         std::fputs(listText(selection).toUtf8().constData(), stdout);
-    return selection.caseCount() > 0 ? ExitPassed : fail(ExitNothingCollected, nothingFits);
+    return selection.caseCount() > 0 ? ExitPassed : fail(ExitNothingCollected, nothingMatches);
 }
 
 int runVerb(const RunOptions& options)
@@ -190,27 +225,23 @@ int runVerb(const RunOptions& options)
     if (!select(options, &selection, &error))
         return fail(ExitUsage, error);
     if (selection.caseCount() == 0)
-        return fail(ExitNothingCollected, nothingFits);
+        return fail(ExitNothingCollected, nothingMatches);
     const LanguagePlugin* plugin = LanguagePlugin::javaScript(&error);
     if (!plugin)
         return fail(ExitInternal, error);
-    QFile streamFile;
-    if (!openStream(&streamFile, options.outputFolder, &error))
+    const ReportOutput reportOutput(options.reporters);
+    OutputFolder output(options.outputFolder);
+    if (!prepareReports(options, &error) || !output.begin(foldersOf(selection), &error))
         return fail(ExitUsage, error);
 
     std::signal(SIGPIPE, SIG_IGN); // who reads the output may go (| head), and the run goes on
     Watchdog watchdog;             // until the reports are written: the first Ctrl-C never costs them
-    Run run(options, selection, *plugin, &streamFile, &watchdog);
+    Run run(options, selection, *plugin, &output, &watchdog);
     int code = run.run();
-    streamFile.close();
-    const RunReport report = readStreamFile(streamFile.fileName());
-    ReporterOptions summary;
-    summary.colour = run.hasColour();
-    summary.baseFolder = QDir::currentPath();
-    std::printf("\n%s", renderSummary(report, summary).constData());
-    std::fflush(stdout);
+    const RecordedRun recorded = output.read();
+    printSummary(recorded, run.hasColour());
     QString page;
-    for (const QString& each : writeReports(report, options, &page))
+    for (const QString& each : writeReports(recorded, options, reportOutput, output.isThere(), &page))
         code = fail(ExitInternal, each);
     if (!page.isEmpty())
         std::printf("Report: %s\n", qUtf8Printable(page));

@@ -1,8 +1,7 @@
 #include "runner/selection.h"
 
-#include "runner/reportfiles.h"
+#include "runner/outputfolder.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
@@ -14,23 +13,6 @@ namespace Torvix {
 
 namespace {
 
-/** Cases, as "suite/case", that did not pass in the run that the stream tells of. */
-QSet<QString> failedCases(const QString& stream)
-{
-    QSet<QString> names;
-    const RunReport report = readStreamFile(stream);
-    for (const CaseReport& testCase : report.cases) {
-        if (testCase.outcome() != CaseOutcome::Passed && testCase.outcome() != CaseOutcome::Skipped)
-            names += testCase.suite + QLatin1Char('/') + testCase.name;
-    }
-    return names;
-}
-
-QString lastStream(const RunOptions& options)
-{
-    return QDir(options.outputFolder).absoluteFilePath(streamFileName());
-}
-
 bool sharesATag(const QStringList& wanted, const QStringList& present)
 {
     return std::any_of(wanted.begin(), wanted.end(),
@@ -40,13 +22,14 @@ bool sharesATag(const QStringList& wanted, const QStringList& present)
 class CaseFilter
 {
 public:
-    explicit CaseFilter(const RunOptions& options) : m_options(options), m_pattern(options.grep)
+    CaseFilter(const RunOptions& options, const QSet<QString>& notPassed)
+        : m_options(options)
+        , m_pattern(options.grep)
+        , m_notPassed(notPassed)
     {
-        if (options.lastFailed)
-            m_lastFailed = failedCases(lastStream(options));
     }
 
-    bool fits(const Suite& suite, const TestCase& testCase) const
+    bool matches(const Suite& suite, const TestCase& testCase) const
     {
         const QString name = suite.name + QLatin1Char('/') + testCase.name;
         if (!m_options.grep.isEmpty() && !m_pattern.match(name).hasMatch())
@@ -55,13 +38,13 @@ public:
             return false;
         if (sharesATag(m_options.excludedTags, testCase.tags))
             return false;
-        return !m_options.lastFailed || m_lastFailed.contains(name);
+        return !m_options.lastFailed || m_notPassed.contains(testCase.folder);
     }
 
 private:
     const RunOptions& m_options;
     QRegularExpression m_pattern;
-    QSet<QString> m_lastFailed;
+    QSet<QString> m_notPassed; ///< folders of the cases of --last-failed
 };
 
 } // namespace
@@ -85,13 +68,14 @@ QString Selection::name() const
 
 bool select(const RunOptions& options, Selection* selection, QString* error)
 {
-    if (options.lastFailed && !QFileInfo::exists(lastStream(options))) {
+    QSet<QString> left;
+    if (options.lastFailed && !notPassed(options.outputFolder, &left)) {
         *error = QStringLiteral("there is no last run in '%1'; run without --last-failed first, or give its "
                                 "folder with --output")
                      .arg(options.outputFolder);
         return false;
     }
-    const CaseFilter filter(options);
+    const CaseFilter filter(options, left);
     QSet<QString> taken; // a case that two of the paths name runs once
     for (const QString& path : options.paths) {
         Suite suite;
@@ -101,7 +85,7 @@ bool select(const RunOptions& options, Selection* selection, QString* error)
             std::fprintf(stderr, "torvixrunner: %s: has no test.js and is left out\n",
                          qUtf8Printable(folder));
         const auto unwanted = [&](const TestCase& testCase) {
-            const bool isWanted = !taken.contains(testCase.folder) && filter.fits(suite, testCase);
+            const bool isWanted = !taken.contains(testCase.folder) && filter.matches(suite, testCase);
             taken += testCase.folder;
             return !isWanted;
         };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/runreport.h"
+#include "report/results.h"
 
 #include <QString>
 

@@ -54,6 +54,12 @@ TestResult* resultSink(const ScriptContext& context)
     return current ? current->testResult() : nullptr;
 }
 
+Finding::Finding(const QString& what, const QString& textDifference)
+    : text(what + QLatin1String(" (- expected, + seen)"))
+    , difference(textDifference)
+{
+}
+
 bool isNothing(const ScriptArgument& value)
 {
     const QString type = value.typeName();
@@ -87,24 +93,24 @@ static LineInfo placeInFile(const ScriptContext& context)
 }
 
 void report(ScriptContext* context, ResultType type, const QString& message, const QString& detail,
-            const QVector<Attachment>& attachments)
+            const QVector<Attachment>& attachments, const QString& difference)
 {
     if (TestResult* result = resultSink(*context))
-        result->add(type, message, detail, placeInFile(*context), attachments);
+        result->add(type, message, detail, placeInFile(*context), attachments, difference);
     endCaseAfter(context, type, message);
 }
 
 void reportCheck(ScriptContext* context, Expectation expectation, bool passed, const ResultTexts& texts,
-                 const QString& finding, const QVector<Attachment>& attachments)
+                 const Finding& finding, const QVector<Attachment>& attachments)
 {
     ResultType type = passed ? ResultType::Pass : ResultType::Fail;
     if (expectation == Expectation::Fail)
         type = passed ? ResultType::UnexpectedPass : ResultType::ExpectedFail;
-    QString shown = joined(finding, texts.detail);
+    QString shown = joined(finding.text, texts.detail);
     QVector<Attachment> kept = attachments;
     if (isFailure(type))
         keepScreenshot(resultSink(*context), &kept, &shown);
-    report(context, type, texts.message, shown, kept);
+    report(context, type, texts.message, shown, kept, finding.difference);
     // Code of the script that ran meanwhile may have left one.
     context->clearResult();
     context->setResult(context->toArgument(!isFailure(type)));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/runreport.h"
+#include "report/results.h"
 #include "shared/base/sharedptr.h"
 #include "testsupport/export.h"
 
@@ -28,6 +28,18 @@ struct ResultTexts
     QString detail;
 };
 
+/** What a check has seen. */
+struct Finding
+{
+    Finding() = default;
+    Finding(const QString& seenText) : text(seenText) {}
+    /** Of two texts that are not the same; `what` says so. */
+    Finding(const QString& what, const QString& textDifference);
+
+    QString text;
+    QString difference; ///< as ResultEntry has it; empty without one
+};
+
 /** Whether it is the script's null or undefined. */
 bool isNothing(const ScriptArgument& value);
 
@@ -39,7 +51,8 @@ ResultTexts resultTexts(const ScriptContext& context, int firstIndex, const QStr
 
 /** Reports at the place where the script calls from, and ends the case where it has to. */
 TORVIXTEST_EXPORT void report(ScriptContext* context, ResultType type, const QString& message,
-                              const QString& detail, const QVector<Attachment>& attachments = {});
+                              const QString& detail, const QVector<Attachment>& attachments = {},
+                              const QString& difference = {});
 
 /**
  * Reports a check: `passed` gives a pass or a failure, or where a failure is expected an unexpected
@@ -47,7 +60,7 @@ TORVIXTEST_EXPORT void report(ScriptContext* context, ResultType type, const QSt
  * comes before the script's detail.
  */
 TORVIXTEST_EXPORT void reportCheck(ScriptContext* context, Expectation expectation, bool passed,
-                                   const ResultTexts& texts, const QString& finding,
+                                   const ResultTexts& texts, const Finding& finding,
                                    const QVector<Attachment>& attachments = {});
 
 /**

@@ -12,18 +12,6 @@ QString shown(const ScriptArgument& value)
     return QStringLiteral("'%1' (%2)").arg(value.toString(), value.typeName());
 }
 
-/** Texts of several lines are easier to read as a difference. */
-QString lineDifference(const ScriptArgument& actual, const ScriptArgument& expected)
-{
-    if (!actual.isString() || !expected.isString())
-        return {};
-    const QString seen = actual.toString();
-    const QString wanted = expected.toString();
-    if (!seen.contains(QLatin1Char('\n')) && !wanted.contains(QLatin1Char('\n')))
-        return {};
-    return QLatin1Char('\n') + textDifference(wanted, seen);
-}
-
 /** Lists and maps with the same content are not equal by ==, which surprises. */
 QString identityHint(const ScriptArgument& actual, const ScriptArgument& expected)
 {
@@ -33,6 +21,16 @@ QString identityHint(const ScriptArgument& actual, const ScriptArgument& expecte
     if (!areLists && !(actual.isMap() && expected.isMap()))
         return {};
     return QStringLiteral(": they are two objects; compare their contents, as with JSON.stringify()");
+}
+
+Finding findingOf(const ScriptArgument& actual, const ScriptArgument& expected, bool equal)
+{
+    if (!equal && actual.isString() && expected.isString())
+        return {QStringLiteral("The texts are not equal"),
+                textDifference(expected.toString(), actual.toString())};
+    return shown(actual) + QLatin1String(" and ") + shown(expected) +
+           (equal ? QLatin1String(" are equal") : QLatin1String(" are not equal")) +
+           (equal ? QString() : identityHint(actual, expected));
 }
 
 void verify(ScriptContext* context, Expectation expectation, const char* usage)
@@ -54,11 +52,8 @@ void compare(ScriptContext* context, Expectation expectation, const char* usage)
     const SharedPtr<ScriptArgument> actual = context->argument(0);
     const SharedPtr<ScriptArgument> expected = context->argument(1);
     const bool equal = context->compare(actual, expected);
-    QString finding = shown(*actual) + QLatin1String(" and ") + shown(*expected) +
-                      (equal ? QLatin1String(" are equal") : QLatin1String(" are not equal"));
-    if (!equal)
-        finding += lineDifference(*actual, *expected) + identityHint(*actual, *expected);
-    reportCheck(context, expectation, equal, resultTexts(*context, 2, QStringLiteral("Comparison")), finding);
+    reportCheck(context, expectation, equal, resultTexts(*context, 2, QStringLiteral("Comparison")),
+                findingOf(*actual, *expected, equal));
 }
 
 } // namespace

@@ -149,7 +149,7 @@ void testCompareTextFiles(ScriptContext* context)
                                               comparableLines(comparison.actual, options));
     const bool equal = difference.isEmpty();
     reportCheck(context, comparison.expectation, equal, comparison.texts,
-                equal ? alike(comparison, true) : alike(comparison, false) + QLatin1Char('\n') + difference);
+                equal ? Finding(alike(comparison, true)) : Finding(alike(comparison, false), difference));
 }
 
 void testCompareXMLFiles(ScriptContext* context)

@@ -1,6 +1,6 @@
 #include "testsupport/testresult.h"
 
-#include "report/resultstream.h"
+#include "report/streamwriter.h"
 #include "testsupport/attachments.h"
 #include "testsupport/screen/videocapture.h"
 
@@ -28,7 +28,7 @@ std::unique_ptr<VideoCapture> TestResult::takeVideoCapture()
 }
 
 void TestResult::add(ResultType type, const QString& message, const QString& detail, const LineInfo& place,
-                     const QVector<Attachment>& attachments)
+                     const QVector<Attachment>& attachments, const QString& difference)
 {
     ++m_counts[std::size_t(type)];
     if (!m_stream)
@@ -39,6 +39,7 @@ void TestResult::add(ResultType type, const QString& message, const QString& det
     entry.time = QDateTime::currentDateTimeUtc();
     entry.message = message;
     entry.detail = detail;
+    entry.difference = difference;
     entry.file = at.file;
     entry.line = at.line;
     entry.sections = m_sections;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/runreport.h"
+#include "report/results.h"
 #include "shared/base/lineinfo.h"
 #include "testsupport/export.h"
 
@@ -38,7 +38,7 @@ public:
 
     /** A place without a file is an unknown one. Failures get the source around their line. */
     void add(ResultType type, const QString& message, const QString& detail, const LineInfo& place,
-             const QVector<Attachment>& attachments = {});
+             const QVector<Attachment>& attachments = {}, const QString& difference = {});
 
     int count(ResultType type) const { return m_counts[std::size_t(type)]; }
     /** Verdict over everything so far: Error before Failed before Skipped. */

@@ -1,5 +1,5 @@
 #include "objectmodel/running.h"
-#include "report/resultstream.h"
+#include "support/runreport.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -209,9 +209,9 @@ protected:
     QVector<ResultEntry> results()
     {
         EXPECT_TRUE(m_runner.state() == QProcess::NotRunning || m_runner.waitForFinished(3 * patienceMs));
-        QFile stream(m_folder.filePath("results/results.ndjson"));
-        EXPECT_TRUE(stream.open(QIODevice::ReadOnly)) << m_runner.readAll().toStdString();
-        return readResultStream(stream).cases.value(0).attempts.value(0).entries;
+        const RunReport report = readReportFile(m_folder.filePath("results/results.ndjson"));
+        EXPECT_FALSE(report.cases.isEmpty()) << m_runner.readAll().toStdString();
+        return report.cases.value(0).attempts.value(0).entries;
     }
 
     std::string messages()

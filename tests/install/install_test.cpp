@@ -1,4 +1,4 @@
-#include "report/resultstream.h"
+#include "support/runreport.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -78,10 +78,8 @@ TEST_F(InstalledPrefix, RunsTheExampleSuiteFromWhereverItWasMoved)
         execute(runner(), {"run", m_prefix + "/share/torvix/examples/suite_calculator"}, m_folder.path(),
                 {{"LD_DEBUG", "files"}, {"LD_DEBUG_OUTPUT", m_folder.filePath("loader")}});
     EXPECT_EQ(0, run.code) << run.output.toStdString();
-    QFile stream(m_folder.filePath("results/results.ndjson"));
-    ASSERT_TRUE(stream.open(QIODevice::ReadOnly)) << run.output.toStdString();
-    const RunReport report = readResultStream(stream);
-    EXPECT_GT(report.cases.size(), 0);
+    const RunReport report = readReportFile(m_folder.filePath("results/results.ndjson"));
+    EXPECT_GT(report.cases.size(), 0) << run.output.toStdString();
     EXPECT_EQ(report.cases.size(), report.count(CaseOutcome::Passed));
 
     // The build tree is still there: nothing may have come from it.

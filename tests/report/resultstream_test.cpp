@@ -1,8 +1,5 @@
-#include "report/resultstream.h"
-
 #include "samplerun.h"
 
-#include <QBuffer>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -13,6 +10,11 @@ namespace {
 
 using namespace Torvix;
 
+RunReport reportOf(const QByteArray& stream)
+{
+    return wholeReport(recordedRun(stream));
+}
+
 TEST(ResultStream, WhatIsWrittenIsRead)
 {
     QTemporaryDir folder;
@@ -20,7 +22,7 @@ TEST(ResultStream, WhatIsWrittenIsRead)
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     ResultStreamWriter writer(&file);
     writer.runStarted("run", 1, {{"os", "any"}});
-    CaseReport testCase;
+    CaseSummary testCase;
     testCase.suite = "suite";
     testCase.name = "tst_a";
     testCase.tags = QStringList{"x", "y"};
@@ -29,6 +31,7 @@ TEST(ResultStream, WhatIsWrittenIsRead)
     entry.type = ResultType::UnexpectedPass;
     entry.message = "line\nend \"quoted\" \\";
     entry.detail = "detail";
+    entry.difference = "- a\n+ b";
     entry.file = "/a/test.js";
     entry.line = 7;
     entry.sections = QStringList{"outer", "inner"};
@@ -39,14 +42,11 @@ TEST(ResultStream, WhatIsWrittenIsRead)
     writer.objectTree("tree");
 
     // Nothing waits in a buffer: another process that reads now sees every event so far.
-    QFile other(file.fileName());
-    ASSERT_TRUE(other.open(QIODevice::ReadOnly));
-    EXPECT_EQ(CaseOutcome::Interrupted, readResultStream(other).cases.at(0).outcome());
+    EXPECT_EQ(CaseOutcome::Interrupted, readReportFile(file.fileName()).cases.at(0).outcome());
 
     writer.caseEnded(CaseOutcome::Failed, 1234);
     writer.runEnded(false, 2000);
-    other.seek(0);
-    const RunReport report = readResultStream(other);
+    const RunReport report = readReportFile(file.fileName());
     EXPECT_TRUE(report.complete);
     EXPECT_TRUE(report.problems.isEmpty());
     EXPECT_EQ("any", report.environment["os"].toString());
@@ -60,9 +60,10 @@ TEST(ResultStream, WhatIsWrittenIsRead)
     const ResultEntry* failure = attempt.firstFailure();
     ASSERT_TRUE(failure);
     EXPECT_EQ(entry.message, failure->message);
+    EXPECT_EQ(entry.difference, failure->difference);
     EXPECT_EQ(entry.sections, failure->sections);
     EXPECT_EQ(entry.source.lines, failure->source.lines);
-    EXPECT_EQ("shot.png", failure->attachments.at(0).path);
+    EXPECT_EQ(folder.filePath("shot.png"), failure->attachments.at(0).path);
     EXPECT_TRUE(failure->time.isValid());
 
     QProcess validator;
@@ -79,12 +80,12 @@ TEST(ResultStream, EveryPlaceWhereItCanBeCutGivesAReport)
     const QByteArray whole = sampleStream();
     int cases = 0;
     for (int length = 0; length <= whole.size(); length += 7) {
-        const RunReport report = readReport(whole.left(length));
+        const RunReport report = reportOf(whole.left(length));
         ASSERT_LE(report.problems.size(), 1) << length;
         ASSERT_GE(report.cases.size(), cases) << length;
         cases = report.cases.size();
     }
-    const RunReport cut = readReport(whole.left(whole.indexOf("\"failed\"")));
+    const RunReport cut = reportOf(whole.left(whole.indexOf("\"failed\"")));
     EXPECT_FALSE(cut.complete);
     EXPECT_EQ(CaseOutcome::Interrupted, cut.cases.at(1).outcome());
     EXPECT_EQ(2, cut.cases.at(1).attempts.at(0).entries.size());
@@ -98,7 +99,7 @@ TEST(ResultStream, ForeignLinesAreToldAndPassedOver)
     QByteArray stream = sampleStream();
     stream.insert(stream.indexOf('\n') + 1, "not json\n[1]\n\n{\"event\":\"result\",\"type\":\"pass\"}\n"
                                             "{\"event\":\"from-the-future\"}\n");
-    const RunReport report = readReport(stream);
+    const RunReport report = reportOf(stream);
     EXPECT_EQ(4, report.problems.size());
     EXPECT_EQ("line 5: unexpected event 'result'", report.problems.at(2));
     EXPECT_EQ(5, report.cases.size());
@@ -106,7 +107,7 @@ TEST(ResultStream, ForeignLinesAreToldAndPassedOver)
 
 TEST(ResultStream, ARetryBelongsToItsCaseAlsoWhenOthersRanBetween)
 {
-    const RunReport report = readReport(sampleStream());
+    const RunReport report = reportOf(sampleStream());
     EXPECT_EQ(2, report.cases.at(2).attempts.size());
     EXPECT_TRUE(report.cases.at(2).isFlaky());
     EXPECT_EQ(1, report.flakyCount());
@@ -116,16 +117,28 @@ TEST(ResultStream, ARetryBelongsToItsCaseAlsoWhenOthersRanBetween)
 
 TEST(ResultStream, PartsOfARunAreJoined)
 {
-    RunReport first = readReport(sampleStream());
-    RunReport second = first;
-    second.started = first.started.addSecs(-5);
-    second.durationMs = first.durationMs + 1;
-    second.complete = false;
-    const RunReport whole = mergeReports({first, second});
-    EXPECT_EQ(10, whole.cases.size());
-    EXPECT_EQ(second.started, whole.started);
-    EXPECT_EQ(second.durationMs, whole.durationMs);
-    EXPECT_FALSE(whole.complete);
+    QByteArray second = sampleStream();
+    second.replace("2026-03-01T10:00:00.000Z", "2026-03-01T09:59:55.000Z");
+    second.replace("66000", "66001");
+    second.replace("\"attempt\":2", "\"attempt\":3");
+    RecordedRun run;
+    QString error;
+    for (const QByteArray& part :
+         {sampleStream(), second, second.left(second.indexOf("{\"event\":\"run-ended"))}) {
+        auto buffer = std::make_unique<QBuffer>();
+        buffer->setData(part);
+        buffer->open(QIODevice::ReadOnly);
+        run.add(std::move(buffer), QStringLiteral("/results"), &error);
+    }
+    const RunSummary& whole = run.summary();
+    EXPECT_EQ(15, whole.cases.size());
+    EXPECT_EQ(18, whole.plannedCases);
+    EXPECT_EQ(QTime(9, 59, 55), whole.started.time());
+    EXPECT_EQ(70'000, whole.durationMs) << "that without an end lasted as far as it tells";
+    EXPECT_TRUE(whole.interrupted);
+    EXPECT_FALSE(whole.complete) << "one of them has no end";
+    EXPECT_EQ(2, whole.cases.at(2).attempts.size()) << "a retry belongs to a case of its own part";
+    EXPECT_EQ(2, wholeReport(run).cases.at(11).attempts.at(0).entries.size());
 }
 
 TEST(ResultStream, EveryTextComesBackAsItWasAndEveryTimeInUtc)

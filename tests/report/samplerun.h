@@ -1,14 +1,16 @@
 #pragma once
 
-#include "report/resultstream.h"
+#include "report/reporters.h"
+#include "report/streamwriter.h"
+#include "support/runreport.h"
 
-#include <QBuffer>
+#include <functional>
 
 /** A run with one case of every outcome, hard texts included, at fixed times: what baselines show. */
 inline QByteArray sampleStream()
 {
     using namespace Torvix;
-    const QByteArray stream = R"(
+    const QByteArray stream = R"ndjson(
 {"event":"run-started","schema":1,"time":"2026-03-01T10:00:00.000Z","name":"suite_shop","plannedCases":6,"environment":{"host":"lab-3","os":"Debian 12","qt":"5.15.8"}}
 {"event":"case-started","time":"2026-03-01T10:00:00.010Z","suite":"suite_shop","name":"tst_login","path":"/tests/suite_shop/tst_login","tags":["smoke"],"attempt":1}
 {"event":"result","time":"2026-03-01T10:00:00.100Z","type":"log","message":"Signing in as \"Żółć & Söhne\" <admin>"}
@@ -16,7 +18,7 @@ inline QByteArray sampleStream()
 {"event":"application-ended","time":"2026-03-01T10:00:00.900Z","name":"shop","pid":4711,"ending":"exited with 0","output":"ready\n"}
 {"event":"case-ended","time":"2026-03-01T10:00:01.010Z","outcome":"passed","durationMs":1000}
 {"event":"case-started","time":"2026-03-01T10:00:01.100Z","suite":"suite_shop","name":"tst_basket # 50%","path":"/tests/suite_shop/tst_basket","tags":[],"attempt":1}
-{"event":"result","time":"2026-03-01T10:00:01.500Z","type":"fail","message":"Comparison","detail":"'2 items' and '3 items' are not equal\n- 2 items\n+ 3 items","file":"/tests/suite_shop/tst_basket/test.js","line":3,"source":{"firstLine":2,"lines":["    add('pear');","    test.compare(count(), \"3 items\");","}"]},"attachments":[{"path":"tst_basket/shot 1.png","mimeType":"image/png","description":"The window at the failure"}]}
+{"event":"result","time":"2026-03-01T10:00:01.500Z","type":"fail","message":"Comparison","detail":"The texts are not equal (- expected, + seen)","difference":"- 3 items\n+ 2 items","file":"/tests/suite_shop/tst_basket/test.js","line":3,"source":{"firstLine":2,"lines":["    add('pear');","    test.compare(count(), \"3 items\");","}"]},"attachments":[{"path":"tst_basket/shot 1.png","mimeType":"image/png","description":"The window at the failure"}]}
 {"event":"result","time":"2026-03-01T10:00:01.600Z","type":"unexpected-pass","message":"100% of %1 ]]> \u0001 done","file":"/elsewhere/shared.js","line":9}
 {"event":"object-tree","time":"2026-03-01T10:00:01.700Z","text":"MainWindow\n  QPushButton 'Buy <now>'\n"}
 {"event":"application-ended","time":"2026-03-01T10:00:01.800Z","name":"shop","pid":4712,"ending":"killed by signal 11","output":""}
@@ -33,13 +35,27 @@ inline QByteArray sampleStream()
 {"event":"case-ended","time":"2026-03-01T10:00:03.200Z","outcome":"skipped","durationMs":61000}
 {"event":"case-started","time":"2026-03-01T10:01:05.000Z","suite":"suite_mail","name":"tst_cut","path":"/tests/suite_mail/tst_cut","tags":[],"attempt":1}
 {"event":"run-ended","time":"2026-03-01T10:01:06.000Z","interrupted":true,"durationMs":66000}
-)";
+)ndjson";
     return stream.mid(1);
 }
 
-inline Torvix::RunReport readReport(QByteArray stream)
+/** The stream of a run, between its start and its end. */
+inline QByteArray streamOf(const std::function<void(Torvix::ResultStreamWriter&)>& write)
 {
-    QBuffer buffer(&stream);
-    buffer.open(QIODevice::ReadOnly);
-    return Torvix::readResultStream(buffer);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    Torvix::ResultStreamWriter writer(&buffer);
+    writer.runStarted(QStringLiteral("run"), 0, {});
+    write(writer);
+    writer.runEnded(false, 1);
+    return buffer.data();
+}
+
+inline QByteArray rendered(const char* reporter, const Torvix::RecordedRun& run,
+                           const Torvix::ReporterOptions& options = {})
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    Torvix::reporterByName(QLatin1String(reporter))->write(run, options, &buffer);
+    return buffer.data();
 }

@@ -81,12 +81,12 @@ TEST(CommandLine, WrongUseIsToldInOneLineWithTheMend)
         {{"run", "--repeat-each=0", "a"}, "--repeat-each needs a whole number from 1, not '0'"},
         {{"run", "--quiet=yes", "a"}, "--quiet takes no value"},
         {{"run", "--reporter", "xml", "a"},
-         "--reporter does not know 'xml'; there are html, junit, json, tap, github, summary"},
+         "--reporter does not know 'xml'; there are html, junit, json, tap, github, markdown, summary"},
         {{"run", "--grep", "(", "a"}, "--grep needs a regular expression; '(': missing closing parenthesis"},
         {{"run", "--reporter", "junti", "a"},
          "--reporter does not know 'junti' (did you mean 'junit'?); there are html, junit, json, tap, "
          "github, "
-         "summary"},
+         "markdown, summary"},
         {{"inspect"},
          "usage: torvixrunner inspect [options] [--] PROGRAM [ARGUMENTS...]; see torvixrunner inspect "
          "--help"},

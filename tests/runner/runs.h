@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/resultstream.h"
+#include "support/runreport.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -50,9 +50,8 @@ protected:
 
     RunReport report(const QString& folder = QStringLiteral("results"))
     {
-        QFile file(path(folder + "/results.ndjson"));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << m_output.toStdString();
-        return readResultStream(file);
+        EXPECT_TRUE(QFile::exists(path(folder + "/results.ndjson"))) << m_output.toStdString();
+        return readReportFile(path(folder + "/results.ndjson"));
     }
 
     /** What the script logged as "pid N"; 0 when it does not in time. */

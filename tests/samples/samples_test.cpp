@@ -1,3 +1,4 @@
+#include "report/texts.h"
 #include "support/suiterun.h"
 
 #include <QDir>
@@ -42,8 +43,8 @@ QString summaryOf(const AttemptReport& attempt)
         lines += QStringLiteral("%1 %2:%3 %4")
                      .arg(resultTypeName(entry.type), entry.file, QString::number(entry.line), entry.message);
         // The output of an application, which is the detail of its end, has warnings of its platform.
-        if (!entry.detail.isEmpty() && !entry.message.startsWith("The application '"))
-            for (const QString& line : entry.detail.split('\n'))
+        if (!findings(entry).isEmpty() && !entry.message.startsWith("The application '"))
+            for (const QString& line : findings(entry).split('\n'))
                 lines += "    " + line;
     }
     for (const ApplicationReport& application : attempt.applications)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/resultstream.h"
+#include "support/runreport.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -59,9 +59,9 @@ public:
 
     RunReport report() const
     {
-        QFile stream(folder.filePath("results/results.ndjson"));
-        EXPECT_TRUE(stream.open(QIODevice::ReadOnly)) << output();
-        return readResultStream(stream);
+        const QString stream = folder.filePath("results/results.ndjson");
+        EXPECT_TRUE(QFile::exists(stream)) << output();
+        return readReportFile(stream);
     }
 
     QTemporaryDir folder;

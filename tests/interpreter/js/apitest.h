@@ -1,7 +1,9 @@
 #pragma once
 
 #include "interpreter/js/scripttest.h"
-#include "report/resultstream.h"
+#include "report/streamwriter.h"
+#include "report/texts.h"
+#include "support/runreport.h"
 #include "testsupport/testresult.h"
 
 #include <QBuffer>
@@ -31,7 +33,7 @@ protected:
     {
         m_stream.open(QIODevice::ReadWrite);
         m_writer.runStarted(QStringLiteral("run"), 1, {});
-        m_writer.caseStarted(CaseReport(), 1);
+        m_writer.caseStarted(CaseSummary(), 1);
         interpreter->initTestFunctions(&result);
     }
 
@@ -46,9 +48,7 @@ protected:
     /** The results so far, as anybody reads them from the stream. */
     QVector<ResultEntry> entries()
     {
-        QBuffer copy(&m_stream.buffer());
-        copy.open(QIODevice::ReadOnly);
-        const RunReport report = readResultStream(copy);
+        const RunReport report = wholeReport(recordedRun(m_stream.buffer()));
         return report.cases.value(0).attempts.value(0).entries;
     }
 
@@ -60,7 +60,7 @@ protected:
         QStringList lines;
         const QVector<ResultEntry> all = entries();
         for (const ResultEntry& entry : all.mid(before))
-            lines += resultTypeName(entry.type) + '|' + entry.message + '|' + entry.detail;
+            lines += resultTypeName(entry.type) + '|' + entry.message + '|' + findings(entry);
         return lines.join('\n');
     }
 

@@ -90,8 +90,10 @@ TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
         {"test.compare(NaN, NaN, 'm', 'd')", "fail|m|'NaN' (Number) and 'NaN' (Number) are not equal\nd"},
         {"test.xcompare(1, 2)", "expected-fail|Comparison|'1' (Number) and '2' (Number) are not equal"},
         {"test.xcompare(2, 2)", "unexpected-pass|Comparison|'2' (Number) and '2' (Number) are equal"},
-        {"test.compare('a\\nb', 'a\\nc')", "fail|Comparison|'a\nb' (String) and 'a\nc' (String) are not "
-                                           "equal\n  a\n- c\n+ b"},
+        {"test.compare('a\\nb', 'a\\nc')",
+         "fail|Comparison|The texts are not equal (- expected, + seen)\n  a\n- c\n+ b"},
+        {"test.xcompare('', 'a', 'm', 'more')",
+         "expected-fail|m|The texts are not equal (- expected, + seen)\nmore\n- a\n+ "},
         {"test.compare([1], [1])",
          "fail|Comparison|'1' (Array) and '1' (Array) are not equal: they are two objects; compare their "
          "contents, as with JSON.stringify()"},
@@ -110,7 +112,7 @@ TEST_F(JsTestTest, ChecksReportWhatTheyCompared)
         EXPECT_EQ(results(code), QString::fromUtf8(expected)) << code;
     EXPECT_EQ(text("['tests', 'passes', 'fails', 'xfails', 'xpasses', 'warnings', 'logs', 'fatals', 'skips',"
                    "'errors'].map(n => test.resultCount(n)).join()"),
-              "21,7,8,3,3,1,1,0,0,0");
+              "22,7,8,4,3,1,1,0,0,0");
     EXPECT_EQ(result.outcome(), CaseOutcome::Failed);
 }
 
@@ -301,9 +303,9 @@ TEST_F(JsTestTest, FilesAreComparedAsTextXmlAndJson)
     EXPECT_EQ(results("test.compareTextFiles('a.txt', 'b.txt', {ignoreCase: true, ignoreWhitespace: true, "
                       "filters: ['\\\\d+:\\\\d+']})"),
               "pass|Text file comparison|'a.txt' and 'b.txt' are alike");
-    EXPECT_EQ(
-        results("test.compareTextFiles('a.txt', 'b.txt', 'times')"),
-        "fail|times|'a.txt' and 'b.txt' are not alike\n  one\n- two  \n- at 12:30\n+ TWO\n+ at 13:59\n  ");
+    EXPECT_EQ(results("test.compareTextFiles('a.txt', 'b.txt', 'times')"),
+              "fail|times|'a.txt' and 'b.txt' are not alike (- expected, + seen)\n  one\n- two  \n- at "
+              "12:30\n+ TWO\n+ at 13:59\n  ");
     EXPECT_EQ(results("test.compareXMLFiles('a.xml', 'b.xml')"),
               "pass|XML file comparison|'a.xml' and 'b.xml' are alike");
     EXPECT_TRUE(results("test.compareXMLFiles('a.xml', 'c.xml', {xfail: true, message: 'm'})")

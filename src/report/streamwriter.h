@@ -1,6 +1,6 @@
 #pragma once
 
-#include "report/runreport.h"
+#include "report/runsummary.h"
 
 #include <QFile>
 
@@ -18,7 +18,7 @@ class JsonLine;
  * described in docs/result-stream.md.
  *
  * A write that fails (a full disk) is remembered: errorString() tells the first one, and later
- * events are still tried.
+ * events are still tried. A text of more than 16 Mi characters is cut, and says so.
  */
 class ResultStreamWriter
 {
@@ -29,7 +29,7 @@ public:
     explicit ResultStreamWriter(QIODevice* device);
 
     void runStarted(const QString& name, int plannedCases, const QJsonObject& environment);
-    void caseStarted(const CaseReport& testCase, int attempt);
+    void caseStarted(const CaseSummary& testCase, int attempt);
     /** Attachments in the stream's folder are written relative to it. */
     void entry(const ResultEntry& entry);
     void applicationEnded(const ApplicationReport& application);
@@ -47,16 +47,8 @@ private:
     QFileDevice* m_file; ///< the device if it is a file, or null
     QString m_folder;    ///< of the stream; empty when it is no file
     QString m_error;
+    bool m_isTorn = false; ///< the last write failed, perhaps in the middle of a line
 };
-
-/**
- * Reads a whole stream. Never fails: a line that is no event, and a last line that was cut off, are
- * told in RunReport::problems and passed over; a case without an end is Interrupted.
- */
-RunReport readResultStream(QIODevice& device);
-
-/** Joins the reports of parts of one run (shards), in the given order, into one. */
-RunReport mergeReports(const QVector<RunReport>& parts);
 
 /**
  * The lines around a line of a script, for a ResultEntry.

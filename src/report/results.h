@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDateTime>
-#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -51,7 +50,12 @@ struct ResultEntry
     ResultType type = ResultType::Log;
     QDateTime time;
     QString message;
-    QString detail; ///< a difference, a call stack: may have several lines
+    QString detail; ///< what was found, a call stack: may have several lines
+    /**
+     * What differs between an expected and a seen text, line by line: "- " expected only, "+ " seen only,
+     * two blanks in both, "@@ line N @@" where lines that are alike are left out. Empty without one.
+     */
+    QString difference;
     QString file;
     int line = 0;         ///< counted from 1; 0 when unknown
     QStringList sections; ///< titles of the sections that are open, outermost first
@@ -73,59 +77,16 @@ enum class CaseOutcome {
     Failed,
     Error,
     Skipped,
-    Interrupted, ///< the stream ends before the case does
+    Interrupted, ///< the case has no end: it was stopped, or the stream ends before it does
 };
 
 /** "passed", "failed", "error", "skipped", "interrupted". */
 QString caseOutcomeName(CaseOutcome outcome);
 
-/** One run of a test case; there are several when failures are retried. */
-struct AttemptReport
-{
-    QDateTime started;
-    qint64 durationMs = 0;
-    CaseOutcome outcome = CaseOutcome::Interrupted;
-    QVector<ResultEntry> entries;
-    QVector<ApplicationReport> applications;
-    QString objectTree; ///< text of the object tree at the failure; empty without one
+/** Interrupted for a name that caseOutcomeName() never gives. */
+CaseOutcome caseOutcomeFromName(const QString& name);
 
-    /** The first entry that made the attempt fail, or null. */
-    const ResultEntry* firstFailure() const;
-};
-
-struct CaseReport
-{
-    QString suite;
-    QString name;
-    QString path; ///< the case's folder
-    QStringList tags;
-    QVector<AttemptReport> attempts;
-
-    /** The outcome of the last attempt. */
-    CaseOutcome outcome() const;
-    /** Passed in the end, after an attempt that did not. */
-    bool isFlaky() const;
-    qint64 durationMs() const;
-};
-
-/** Everything that a result stream tells, in the order in which the cases were started. */
-struct RunReport
-{
-    QString name;
-    QDateTime started;
-    qint64 durationMs = 0;
-    bool complete = false; ///< false when the stream has no end: the run was killed or still goes on
-    bool interrupted = false;
-    QJsonObject environment;
-    int plannedCases = 0;
-    QVector<CaseReport> cases;
-    QStringList problems; ///< lines of the stream that could not be read, as text for people
-
-    int count(CaseOutcome outcome) const;
-    int flakyCount() const;
-    /** Planned cases that were never started, since the run ended before. */
-    int notRunCount() const { return plannedCases > cases.size() ? plannedCases - cases.size() : 0; }
-    bool failed() const;
-};
+/** Nothing failed: passed or skipped. */
+bool isFine(CaseOutcome outcome);
 
 } // namespace Torvix
