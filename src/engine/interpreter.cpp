@@ -78,6 +78,11 @@ ExecState* Interpreter::frameExec(int frame)
     return d->exec(frame);
 }
 
+void Interpreter::setErrorHint(QString (*hint)(const QString& message))
+{
+    d->setErrorHint(hint);
+}
+
 UString Interpreter::sourceName(int sourceId) const
 {
     const Rewriting::SourceInfo* const source = d->script().sources().source(sourceId);

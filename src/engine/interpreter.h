@@ -75,6 +75,10 @@ public:
     /** Whether the text parses; on false, from 1, the line, and the engine's message. Never runs it. */
     bool checkSyntax(const UString& code, int* line, UString* message);
 
+    /** What is asked for a text to add to an error's message, given the message, when the error is first
+     *  seen after its throw; an empty string for nothing. An error may be asked for again. */
+    void setErrorHint(QString (*hint)(const QString& message));
+
     ExecState* globalExec();
     Object globalObject() const;
 

@@ -131,6 +131,34 @@ TEST_F(Globals, ThatScriptsHaveAreDeclared)
     EXPECT_THAT(Declared().globals(), testing::IsSupersetOf(present));
 }
 
+TEST_F(Globals, OfAnApplicationAreAskedForWhenThereIsNone)
+{
+    const QString hint = QStringLiteral(". It is there while an application runs: call startApplication() or "
+                                        "attachToApplication() first");
+    QStringList names{"QPoint", "Qt", "qApp", "QtWarningMsg"};
+    const Class* global = Inspector::self()->globalClass();
+    for (int i = 0; i < global->numMethods(); ++i)
+        names += global->method(i)->name();
+    names.removeDuplicates();
+    EXPECT_GT(names.size(), 15);
+    EXPECT_EQ("no error", text("try { clickButton; 'no error' } catch (e) { e.message }"));
+    interpreter = nullptr;
+    application.reset();
+    Inspector::self()->reset();
+    interpreter = std::make_unique<JsInterpreter>(&runner);
+    for (const QString& name : names) {
+        const QString message = "Can't find variable: " + name;
+        EXPECT_EQ(message + hint, text("(() => { try { try { " + name +
+                                       " } catch (e) { throw e } }"
+                                       " catch (e) { return e.message } })()"));
+        EXPECT_FALSE(interpreter->evaluate("\n" + name + "(1)", "/t.js", false, false));
+        EXPECT_EQ(message + hint, interpreter->errorMessage());
+        EXPECT_EQ("undefined", text("typeof " + name));
+    }
+    EXPECT_EQ("Can't find variable: clickButon",
+              text("(() => { try { clickButon } catch (e) { return e.message } })()"));
+}
+
 TEST_F(Globals, ThatAreDeclaredScriptsHave)
 {
     const Names declared = Declared().globals();

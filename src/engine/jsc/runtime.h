@@ -172,6 +172,11 @@ public:
     void frameEntered(int frame) override;
     void frameLeft(int frame) override;
     void exceptionThrown(JSValueRef value, bool caught, int frame) override;
+    QString hintFor(const QString& message) override
+    {
+        return m_errorHint ? m_errorHint(message) : QString();
+    }
+    void setErrorHint(QString (*hint)(const QString& message)) { m_errorHint = hint; }
     void sourceParsed(const Rewriting::SourceInfo& source, int errorLine) override;
     Rewriting::TextAnswer resolveModule(const QString& name, const QString& importer) override;
     Rewriting::TextAnswer readModule(const QString& path) override;
@@ -205,6 +210,7 @@ private:
     JSObjectRef m_globalReference = nullptr;
     Object m_global;
     std::array<JSObjectRef, static_cast<std::size_t>(Helper::Count)> m_helpers = {};
+    QString (*m_errorHint)(const QString& message) = nullptr;
     std::array<Object, static_cast<std::size_t>(Builtin::Count)> m_builtins;
     std::array<Object, static_cast<std::size_t>(Builtin::Count)> m_prototypes;
 

@@ -298,15 +298,17 @@ void ScriptRuntime::Private::describe(JSObjectRef error, int frame)
     if (JSValueIsUndefined(context, read("sourceId")))
         set("sourceId", number(sourceId));
     const QString message = readText("message");
-    if (showsInsertion(message))
-        set("message", makeString(context, cleanMessage(message, editMap(sourceId), line)));
+    const QString clean = showsInsertion(message) ? cleanMessage(message, editMap(sourceId), line) : message;
+    const QString hinted = clean + hooks.hintFor(clean);
+    if (hinted != message)
+        set("message", makeString(context, hinted));
     const QString stack = readText("stack");
     if (!stack.isEmpty()) {
-        const QString clean = cleanStack(stack, [this](const QString& name) {
+        const QString cleaned = cleanStack(stack, [this](const QString& name) {
             const SourceInfo* source = rewriter.sources().newestOf(name);
             return source ? editMap(source->id) : nullptr;
         });
-        set("stack", makeString(context, clean));
+        set("stack", makeString(context, cleaned));
     }
 }
 

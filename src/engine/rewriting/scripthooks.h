@@ -47,6 +47,9 @@ public:
      */
     virtual void exceptionThrown(JSValueRef /*value*/, bool /*caught*/, int /*frame*/) {}
 
+    /** What to add to the message of an error before script first sees it; mostly an empty string. */
+    virtual QString hintFor(const QString& /*message*/) { return QString(); }
+
     /** After the promise jobs of a run: a rejected promise that nobody handles. */
     virtual void rejectionUnhandled(JSValueRef /*reason*/) {}
 

@@ -7,6 +7,7 @@
 #include "interpreter/js/bridge/jsscriptargument.h"
 #include "interpreter/js/context/jsscriptcontext.h"
 #include "interpreter/js/debug/jsdebugger.h"
+#include "interpreter/js/errorhints.h"
 #include "interpreter/js/jsglobal.h"
 #include "interpreter/js/jspromise.h"
 #include "interpreter/js/kjs/ourkjsinterpreter.h"
@@ -75,6 +76,7 @@ JsInterpreter::JsInterpreter(RunnerInterface* runner) : Interpreter(runner)
     m_scriptContext = std::make_unique<JSScriptContext>();
     ScriptContext::setCurrent(m_scriptContext.get());
     m_interpreter = std::make_unique<OurKJSInterpreter>(global);
+    m_interpreter->setErrorHint(hintForError);
     initNativeTypes(m_interpreter.get());
     // Outside of calls, too, there are conversions to make.
     m_scriptContext->swapExecState(getGlobalExecState());

@@ -171,6 +171,14 @@ TEST_F(JsScriptFunctionsTest, ConsoleAssertsAndItsMisspeltTwinComplains)
         {"console.assert(0, 5)", "Error: ERROR: Assertion in script: 5"},
         {"console.assert('', undefined)", "Error: ERROR: Assertion in script: undefined"},
         {"console.assert(0, {toString() { throw new RangeError('own') }})", "RangeError: own"},
+        {"console.log('x', {a: 1})",
+         "TypeError: console.log is not a function. (In 'console.log('x', {a: 1})', 'console.log' is "
+         "undefined)"
+         ". console has only assert(): test.log() writes into the report, print() to the terminal"},
+        {"console.mine()",
+         "TypeError: console.mine is not a function. (In 'console.mine()', 'console.mine' is 4)"
+         ". console has only assert(): test.log() writes into the report, print() to the "
+         "terminal"},
         {"Console.log('x')", typo},
         {"Console.anything", typo},
         {"String(Console)", typo},
