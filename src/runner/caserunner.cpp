@@ -182,8 +182,11 @@ void CaseRunner::reportScriptError()
     if (m_interpreter->errorMessage().isEmpty())
         return;
     QStringList callers;
-    for (const LineInfo& frame : m_interpreter->errorCallStack())
-        callers += QStringLiteral("at %1:%2").arg(frame.file, QString::number(frame.line));
+    for (const LineInfo& frame : m_interpreter->errorCallStack()) {
+        const QString place = QStringLiteral("%1:%2").arg(frame.file, QString::number(frame.line));
+        callers += frame.function.isEmpty() ? QStringLiteral("at ") + place
+                                            : QStringLiteral("at %1 (%2)").arg(frame.function, place);
+    }
     if (callers.size() == 1)
         callers.clear(); // the place of the error says it
     const LineInfo place{m_interpreter->errorFile(m_case.script), m_interpreter->errorLine()};

@@ -86,9 +86,9 @@ TEST_F(Runs, ErrorsOfSourcedFilesAreToldThere)
     ASSERT_TRUE(entry);
     EXPECT_EQ(path("s/tst_a/extra.js"), entry->file);
     EXPECT_EQ(2, entry->line);
-    EXPECT_EQ(
-        QStringLiteral("at %1:2\nat %1:4\nat %2:2").arg(path("s/tst_a/extra.js"), path("s/tst_a/test.js")),
-        entry->detail);
+    EXPECT_EQ(QStringLiteral("at inner (%1:2)\nat %1:4\nat main (%2:2)")
+                  .arg(path("s/tst_a/extra.js"), path("s/tst_a/test.js")),
+              entry->detail);
 }
 
 TEST_F(Runs, RetriesStayVisibleAndLastFailedRunsOnlyThose)

@@ -9,6 +9,8 @@ struct LineInfo
 {
     QString file;
     int line = 0;
+    QString function =
+        QString(); ///< of a stack frame: its name; null outside of functions and in nameless ones
 };
 
 } // namespace Torvix

@@ -116,6 +116,7 @@ TEST_F(JsInterpreterTest, OnlyUncaughtExceptionsLeaveTheirCallStack)
     const std::vector<LineInfo> stack = interpreter->errorCallStack();
     ASSERT_EQ(stack.size(), 2u);
     EXPECT_EQ(stack[0].line, 1);
+    EXPECT_EQ(stack[0].function, "inner");
     EXPECT_EQ(stack[1].line, 3);
     EXPECT_EQ(stack[1].file, script);
     EXPECT_EQ(interpreter->errorMessage(), "Script threw exception: 1");

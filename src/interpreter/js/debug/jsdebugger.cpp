@@ -34,7 +34,7 @@ std::vector<LineInfo> JsDebugger::callStack() const
         const KJS::Context context = state->context();
         const QString file = findSourceId(context.sourceId());
         if (!file.isNull())
-            stack.push_back(LineInfo{file, context.curStmtFirstLine()});
+            stack.push_back(LineInfo{file, context.curStmtFirstLine(), context.functionName().qstring()});
     }
     return stack;
 }
