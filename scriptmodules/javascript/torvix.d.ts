@@ -386,7 +386,7 @@ declare function createVisualVP(object: ObjectName, name: string, options?: Scre
 
 // Applications.
 
-/** Starts a program, with its arguments; looked for in the suite's ApplicationFolders and in PATH. */
+/** Starts a program, with its arguments, quoted as in a shell; looked for in the suite's ApplicationFolders and in PATH. */
 declare function startApplication(command: string, host?: string, port?: number, timeoutSecs?: number): ApplicationContext;
 /** Attaches to an application that was started with TORVIX_AGENT_LISTEN. */
 declare function attachToApplication(address: string, host?: string, port?: number, timeoutSecs?: number): ApplicationContext;

@@ -2,7 +2,10 @@
 
 #include "launcher/injection.h"
 #include "launcher/listensocket.h"
-#include "launcher/processgroup.h"
+#include "launcher/process/findprogram.h"
+#include "launcher/process/processfacts.h"
+#include "launcher/process/processgroup.h"
+#include "launcher/process/shellwords.h"
 #include "protocol/greeting.h"
 #include "protocol/token.h"
 
@@ -10,7 +13,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QThread>
 
 namespace Torvix {
@@ -36,14 +38,6 @@ bool isAsked(const std::function<bool()>& isStopping)
 QString stoppedText()
 {
     return QStringLiteral("the test is being stopped");
-}
-
-QString findProgram(const QString& program)
-{
-    if (program.contains(QLatin1Char('/')) || QFileInfo(program).isExecutable())
-        return QFileInfo(program).absoluteFilePath();
-    const QString found = QStandardPaths::findExecutable(program);
-    return found.isEmpty() ? program : found;
 }
 
 QString withOutput(const QString& problem, ProcessGroup* process)
@@ -72,16 +66,6 @@ QProcessEnvironment environmentFor(const LaunchOptions& options, const QByteArra
     return environment;
 }
 
-QString quotedCommand(const QString& program, const QStringList& arguments)
-{
-    QStringList words{program};
-    for (const QString& argument : arguments)
-        words.append(argument.contains(QLatin1Char(' ')) || argument.isEmpty()
-                         ? QLatin1Char('"') + argument + QLatin1Char('"')
-                         : argument);
-    return words.join(QLatin1Char(' '));
-}
-
 } // namespace
 
 Application::Application() = default;
@@ -93,7 +77,8 @@ Application::~Application()
 
 std::unique_ptr<Application> Application::start(const LaunchOptions& options, QString* error)
 {
-    const QString program = findProgram(options.program);
+    const QString found = findProgram(options.program);
+    const QString program = found.isEmpty() ? options.program : found;
     const QString prefix = QStringLiteral("Cannot start %1: ").arg(options.program);
     QString problem = Injection::fileProblem(program);
     const QString plugin =
@@ -117,7 +102,7 @@ std::unique_ptr<Application> Application::start(const LaunchOptions& options, QS
         *error = prefix + problem;
         return nullptr;
     }
-    application->m_commandLine = quotedCommand(program, options.arguments);
+    application->m_commandLine = joinShellWords(QStringList{program} + options.arguments);
     problem = application->waitForCall(options);
     if (problem.isEmpty())
         return application;
@@ -131,7 +116,7 @@ QString Application::waitForCall(const LaunchOptions& options)
     QElapsedTimer timer;
     timer.start();
     QElapsedTimer idle = timer;
-    quint64 lastUsed = 0;
+    qint64 lastUsed = 0;
     QString refused;
     for (;;) {
         m_session = m_listener->accept(stepMs, &refused);
@@ -140,11 +125,12 @@ QString Application::waitForCall(const LaunchOptions& options)
             return QString();
         }
         if (m_process->isGone())
-            return withOutput(QStringLiteral("it %1 before its agent called back").arg(m_process->exitText()),
-                              m_process.get());
+            return withOutput(
+                QStringLiteral("it %1 before its agent called back").arg(endText(m_process->end())),
+                m_process.get());
         if (isAsked(options.isStopping))
             return stoppedText();
-        const quint64 used = m_process->usedTime();
+        const qint64 used = cpuTimeMs(m_process->pid());
         if (used != lastUsed) {
             lastUsed = used;
             idle.restart();
@@ -165,18 +151,21 @@ QString Application::waitForCall(const LaunchOptions& options)
 void Application::adoptSession()
 {
     m_pid = m_session->peer().pid;
+    m_isOrphan = m_process && m_process->pid() != m_pid && !m_process->isRunning();
     std::weak_ptr<Application*> self = m_self;
     m_session->setEndExplainer([self] {
         const std::shared_ptr<Application*> alive = self.lock();
-        return alive ? (*alive)->endText() : QString();
+        return alive ? (*alive)->explainEnd() : QString();
     });
 }
 
-QString Application::endText()
+QString Application::explainEnd()
 {
-    if (!m_process || !m_process->waitForEnd(endMs))
-        return QString();
-    return QStringLiteral("it %1").arg(m_process->exitText());
+    if (m_process)
+        m_process->waitForEnd(endMs);
+    const ProcessEnd seen = end();
+    const bool isKnown = seen.kind == ProcessEnd::Exited || seen.kind == ProcessEnd::Killed;
+    return isKnown ? QStringLiteral("it %1").arg(endText(seen)) : QString();
 }
 
 namespace {
@@ -229,7 +218,7 @@ std::unique_ptr<Application> Application::attach(const QString& address, const Q
     }
     application->adoptSession();
     const Hello peer = application->m_session->peer();
-    application->m_commandLine = quotedCommand(peer.executable, peer.arguments.mid(1));
+    application->m_commandLine = joinShellWords(QStringList{peer.executable} + peer.arguments.mid(1));
     return application;
 }
 
@@ -254,12 +243,15 @@ bool Application::isRunning()
     // A program that was started may be one that starts the application in its turn.
     if (m_process && m_process->pid() == m_pid)
         return m_process->isRunning();
-    return m_pid > 0 && ProcessGroup::isAlive(int(m_pid));
+    return isProcessRunning(m_pid);
 }
 
-QString Application::exitText()
+ProcessEnd Application::end()
 {
-    return m_process ? m_process->exitText() : QString();
+    if (isRunning())
+        return {};
+    const ProcessEnd started = m_process && !m_isOrphan ? m_process->end() : ProcessEnd();
+    return started.kind == ProcessEnd::Running ? ProcessEnd{ProcessEnd::Gone, 0} : started;
 }
 
 QString Application::readStdout()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "launcher/export.h"
+#include "launcher/process/processend.h"
 #include "objectmodel/session.h"
 
 #include <QProcessEnvironment>
@@ -73,8 +74,11 @@ public:
     bool wasStarted() const { return m_process != nullptr; }
     /** Whether the process with the agent runs, whatever it has started goes on or not. */
     bool isRunning();
-    /** "exited with status 3", "killed by signal 9 (Killed)"; empty while it runs. */
-    QString exitText();
+    /**
+     * How it ended. Of one that another program has started it is how that one ended, provided that it
+     * waited for it; Gone when nobody of ours knows: it was attached to, or its starter went before it.
+     */
+    ProcessEnd end();
 
     /** What was written since the last call; null string when it cannot be had (attached). */
     QString readStdout();
@@ -90,7 +94,7 @@ private:
 
     QString waitForCall(const LaunchOptions& options);
     void adoptSession();
-    QString endText();
+    QString explainEnd();
 
     std::unique_ptr<ListenSocket> m_listener;
     std::unique_ptr<ProcessGroup> m_process;
@@ -98,6 +102,7 @@ private:
     /** For the connection, which may outlive this, to tell whether it has. */
     std::shared_ptr<Application*> m_self = std::make_shared<Application*>(this);
     qint64 m_pid = 0;
+    bool m_isOrphan = false; ///< what was started had ended when the application called
     QString m_commandLine;
 };
 

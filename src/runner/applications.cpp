@@ -1,14 +1,12 @@
 #include "runner/applications.h"
 
-#include "launcher/processfacts.h"
+#include "launcher/process/findprogram.h"
+#include "launcher/process/processfacts.h"
+#include "launcher/process/shellwords.h"
 #include "protocol/channel.h"
 
-#include <QDateTime>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
-#include <QProcess>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <csignal>
@@ -31,18 +29,6 @@ Applications::Applications(ApplicationSettings settings) : m_settings(std::move(
 Applications::~Applications()
 {
     stopAll();
-}
-
-QString Applications::findProgram(const QString& name) const
-{
-    if (name.contains(QLatin1Char('/')))
-        return QDir::cleanPath(QDir::current().absoluteFilePath(name));
-    for (const QString& folder : m_settings.folders) {
-        const QFileInfo candidate(QDir(folder), name);
-        if (candidate.isFile() && candidate.isExecutable())
-            return candidate.absoluteFilePath();
-    }
-    return QStandardPaths::findExecutable(name);
 }
 
 QString Applications::freeName(const QString& wanted) const
@@ -78,32 +64,42 @@ SharedPtr<ApplicationContext> Applications::add(std::unique_ptr<Application> pro
     return m_entries.back().context;
 }
 
-SharedPtr<ApplicationContext> Applications::start(const QString& command, int timeoutMs, QString* error)
+LaunchOptions Applications::launchOptions(const QString& program, const QStringList& arguments,
+                                          int timeoutMs) const
 {
-    QStringList parts = QProcess::splitCommand(command);
-    if (parts.isEmpty()) {
-        *error = QStringLiteral("'%1' names no program").arg(command);
-        return noContext();
-    }
     LaunchOptions options;
-    const QString program = parts.takeFirst();
-    options.program = findProgram(program);
-    if (options.program.isEmpty()) {
-        *error = QStringLiteral("Cannot start %1: there is no such program in %2; give its path, or add its "
-                                "folder to %3")
-                     .arg(program,
-                          m_settings.folders.isEmpty()
-                              ? QStringLiteral("PATH")
-                              : m_settings.folders.join(QLatin1String(", ")) + QLatin1String(" or PATH"),
-                          m_settings.isSuite ? QStringLiteral("ApplicationFolders in suite.ini")
-                                             : QStringLiteral("PATH"));
-        return noContext();
-    }
-    options.arguments = parts;
+    options.program = program;
+    options.arguments = arguments;
     options.timeoutMs = timeoutMs < 0 ? m_settings.startTimeoutMs : timeoutMs;
     options.isStopping = m_settings.isStopping;
     for (const QString& variable : m_settings.environment)
         options.environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
+    return options;
+}
+
+SharedPtr<ApplicationContext> Applications::start(const QString& command, int timeoutMs, QString* error)
+{
+    const std::optional<QStringList> words = splitShellWords(command, error);
+    if (!words) {
+        *error = QStringLiteral("The command %1 cannot be read: %2").arg(command, *error);
+        return noContext();
+    }
+    if (words->isEmpty() || words->first().isEmpty()) {
+        *error = QStringLiteral("'%1' names no program").arg(command);
+        return noContext();
+    }
+    const QString program = findProgram(words->first(), m_settings.folders);
+    if (program.isEmpty()) {
+        const QString folders = m_settings.folders.join(QLatin1String(", "));
+        *error = QStringLiteral("Cannot start %1: there is no such program in %2; give its path, or add its "
+                                "folder to %3")
+                     .arg(words->first(),
+                          folders.isEmpty() ? QStringLiteral("PATH") : folders + QLatin1String(" or PATH"),
+                          m_settings.isSuite ? QStringLiteral("ApplicationFolders in suite.ini")
+                                             : QStringLiteral("PATH"));
+        return noContext();
+    }
+    const LaunchOptions options = launchOptions(program, words->mid(1), timeoutMs);
     std::unique_ptr<Application> process = Application::start(options, error);
     if (!process)
         return noContext();
@@ -268,31 +264,23 @@ int Applications::port(const SharedPtr<ApplicationContext>& context) const
     return found ? found->port : 0;
 }
 
-ApplicationReport Applications::reportOf(Entry& entry, const QString& reason) const
+ApplicationReport Applications::reportOf(const Entry& entry, const QString& ending)
 {
     ApplicationReport report;
     report.name = entry.context->name;
     report.pid = entry.model->peer().pid;
-    report.ending = reason;
-    if (entry.process && entry.process->wasStarted()) {
-        const QString exitText = entry.process->exitText();
-        if (m_killed)
-            report.ending = QStringLiteral("ended by the runner");
-        else if (!exitText.isEmpty())
-            report.ending = exitText;
+    report.ending = ending;
+    if (entry.process && entry.process->wasStarted())
         report.output = entry.process->lastOutput();
-    } else if (entry.model->hasSaidGoodbye()) {
-        report.ending = QStringLiteral("quit");
-    }
     return report;
 }
 
-bool Applications::isCrash(const Entry& entry)
+ProcessEnd Applications::endOf(const Entry& entry)
 {
-    // Of another's child there is no exit status, but one that quits says so.
-    return entry.process && entry.process->wasStarted()
-               ? entry.process->exitText() != QLatin1String("exited with status 0")
-               : !entry.model->hasSaidGoodbye();
+    const ProcessEnd end = entry.process ? entry.process->end() : ProcessEnd();
+    if (end.kind == ProcessEnd::Exited || end.kind == ProcessEnd::Killed)
+        return end;
+    return {entry.model->hasSaidGoodbye() ? ProcessEnd::Quit : ProcessEnd::Gone, 0};
 }
 
 void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
@@ -302,10 +290,28 @@ void Applications::noticeEnd(ApplicationModel* model, const QString& reason)
             continue;
         each.endTold = true;
         each.context->connection = -1;
-        const ApplicationReport report = reportOf(each, reason);
+        const ProcessEnd end = endOf(each);
+        QString ending = end.kind == ProcessEnd::Gone ? reason : endText(end);
+        if (m_killed)
+            ending = QStringLiteral("ended by the runner");
         if (m_endHandler)
-            m_endHandler(report, !m_killed && isCrash(each));
+            m_endHandler(reportOf(each, ending), end);
     }
+}
+
+QString Applications::finish(Entry& entry)
+{
+    const bool isStarted = entry.process && entry.process->wasStarted();
+    const bool isOurEnd = isStarted && entry.process->isRunning();
+    if (isStarted)
+        entry.process->stop();
+    if (isOurEnd)
+        return QStringLiteral("ended with the test case");
+    if (isStarted || !entry.model->isAlive())
+        return endText(endOf(entry));
+    // Another's child may have been ended as one of the group of what was started.
+    const bool goesOn = entry.port != 0 || isProcessRunning(entry.model->peer().pid);
+    return goesOn ? QStringLiteral("goes on by itself") : QStringLiteral("ended with the test case");
 }
 
 std::vector<ApplicationReport> Applications::stopAll()
@@ -313,15 +319,9 @@ std::vector<ApplicationReport> Applications::stopAll()
     std::vector<ApplicationReport> reports;
     for (Entry& each : m_entries) {
         const bool wasTold = std::exchange(each.endTold, true);
-        const bool isStarted = each.process && each.process->wasStarted();
-        const bool isOurEnd = isStarted && each.process->isRunning();
-        if (isStarted)
-            each.process->stop();
-        if (!wasTold) {
-            reports.push_back(reportOf(each, QStringLiteral("goes on by itself")));
-            if (isOurEnd)
-                reports.back().ending = QStringLiteral("ended with the test case");
-        }
+        const QString ending = finish(each);
+        if (!wasTold)
+            reports.push_back(reportOf(each, m_killed ? QStringLiteral("ended by the runner") : ending));
         each.model->detach(QStringLiteral("The test case has ended"));
     }
     m_entries.clear();

@@ -35,8 +35,8 @@ struct ApplicationSettings
 class Applications
 {
 public:
-    /** Told when an application has gone by itself, or by killAll(), which is no crash. */
-    using EndHandler = std::function<void(const ApplicationReport& report, bool crashed)>;
+    /** Told when an application has gone by itself, or by killAll(). */
+    using EndHandler = std::function<void(const ApplicationReport& report, const ProcessEnd& end)>;
 
     explicit Applications(ApplicationSettings settings);
     ~Applications();
@@ -47,7 +47,7 @@ public:
     void setSettings(ApplicationSettings settings) { m_settings = std::move(settings); }
     void setEndHandler(EndHandler handler) { m_endHandler = std::move(handler); }
 
-    /** The command is a program with arguments, quoted as in a shell. An id below 0 is a failure. */
+    /** The command is a program with arguments: see splitShellWords(). An id below 0 is a failure. */
     SharedPtr<ApplicationContext> start(const QString& command, int timeoutMs, QString* error);
     SharedPtr<ApplicationContext> attach(const QString& address, int timeoutMs, QString* error);
     SharedPtr<ApplicationContext> waitForLaunch(int timeoutMs, QString* error);
@@ -75,6 +75,8 @@ public:
     std::vector<ApplicationReport> stopAll();
     /** Kills what was started, at once. The only operation for other threads. */
     void killAll();
+    /** Whether killAll() was called: an end is then none of the application's own. */
+    bool wereKilled() const { return m_killed; }
 
 private:
     struct Entry
@@ -92,15 +94,16 @@ private:
     SharedPtr<ApplicationContext> add(std::unique_ptr<Application> process, std::unique_ptr<ModelLink> link,
                                       const QString& commandLine);
     QString freeName(const QString& wanted) const;
-    /** Empty when a name without '/' is nowhere. */
-    QString findProgram(const QString& name) const;
-    ApplicationReport reportOf(Entry& entry, const QString& reason) const;
-    static bool isCrash(const Entry& entry);
+    LaunchOptions launchOptions(const QString& program, const QStringList& arguments, int timeoutMs) const;
+    static ApplicationReport reportOf(const Entry& entry, const QString& ending);
+    static ProcessEnd endOf(const Entry& entry);
+    /** What becomes of it when the test case has ended. */
+    static QString finish(Entry& entry);
 
     ApplicationSettings m_settings;
     EndHandler m_endHandler;
     std::vector<Entry> m_entries;
-    std::atomic<bool> m_killed{false}; ///< by killAll(): an end is then no crash
+    std::atomic<bool> m_killed{false}; ///< by killAll()
     std::mutex m_pidMutex;
     std::vector<qint64> m_startedPids;
 };

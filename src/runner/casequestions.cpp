@@ -1,5 +1,5 @@
 // What scripts ask of an application context, answered by the case runner.
-#include "launcher/processfacts.h"
+#include "launcher/process/processfacts.h"
 #include "runner/caserunner.h"
 
 #include <utility>

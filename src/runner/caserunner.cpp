@@ -52,12 +52,10 @@ QStringList homeVariables(const QString& home)
             QStringLiteral("XDG_CACHE_HOME=") + home + QStringLiteral("/.cache")};
 }
 
-QString endText(const ApplicationReport& report)
+QString crashText(const ApplicationReport& report, const ProcessEnd& end)
 {
-    const bool isStatus = report.ending.startsWith(QLatin1String("was killed")) ||
-                          report.ending.startsWith(QLatin1String("exited"));
-    return QStringLiteral("The application '%1' %2")
-        .arg(report.name, isStatus ? report.ending : QStringLiteral("has gone: ") + report.ending);
+    const QString text = QStringLiteral("The application '%1' %2").arg(report.name, endText(end));
+    return end.kind == ProcessEnd::Gone ? text + QLatin1String(": ") + report.ending : text;
 }
 
 } // namespace
@@ -104,10 +102,10 @@ CaseOutcome CaseRunner::run()
     const CurrentFolder folder(m_case.folder);
     {
         const Listening listening(this);
-        m_applications.setEndHandler([this](const ApplicationReport& report, bool crashed) {
+        m_applications.setEndHandler([this](const ApplicationReport& report, const ProcessEnd& end) {
             m_stream->applicationEnded(report);
-            if (crashed)
-                m_result.add(ResultType::Error, endText(report), report.output, scriptPlace());
+            if (!end.isOrderly() && !m_applications.wereKilled())
+                m_result.add(ResultType::Error, crashText(report, end), report.output, scriptPlace());
         });
         runScript();
         const bool failed =

@@ -1,5 +1,6 @@
 #include "runner/commandline.h"
 
+#include "launcher/process/shellwords.h"
 #include "report/reporters.h"
 #include "shared/text/nearestname.h"
 
@@ -283,17 +284,6 @@ int takeOption(const QVector<Option>& options, const QStringList& arguments, int
     return -1;
 }
 
-/** One text that QProcess::splitCommand() takes apart into the same arguments. */
-QString joinCommand(QStringList arguments)
-{
-    for (QString& argument : arguments) {
-        const bool isPlain = !argument.contains(' ') && !argument.contains('\t') && !argument.contains('"');
-        if (!isPlain)
-            argument = '"' + argument.replace(QLatin1String("\""), QLatin1String("\"\"\"")) + '"';
-    }
-    return arguments.join(QLatin1Char(' '));
-}
-
 /** Two reports in one place would be none. */
 bool haveOwnPaths(const QVector<ReporterRequest>& reporters, QString* error)
 {
@@ -331,14 +321,14 @@ bool takeArguments(const VerbHelp& verb, const QStringList& rest, CommandLine* l
         line->report.streams = rest;
         return !rest.isEmpty() || wrong();
     case Verb::Inspect:
-        line->inspect.program = joinCommand(rest);
+        line->inspect.program = joinShellWords(rest);
         return rest.isEmpty() != line->inspect.attach.isEmpty() || wrong();
     case Verb::Init:
         line->init.path = rest.value(0);
         line->init.program = rest.value(1);
         return rest.size() == 1 || rest.size() == 2 || wrong();
     case Verb::Doctor:
-        line->doctor.program = joinCommand(rest);
+        line->doctor.program = joinShellWords(rest);
         return true;
     default:
         return true;

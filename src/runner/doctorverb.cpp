@@ -1,10 +1,10 @@
+#include "launcher/process/findprogram.h"
 #include "runner/applications.h"
 #include "runner/plugin.h"
 #include "runner/runverb.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QStandardPaths>
 
 #include <cstdio>
 
@@ -58,7 +58,7 @@ Finding displayFinding()
 /** Tools that single functions need; without them those say so. */
 Finding toolFinding(const char* program, const char* purpose, const char* package)
 {
-    return {!QStandardPaths::findExecutable(QLatin1String(program)).isEmpty(),
+    return {!findProgram(QLatin1String(program)).isEmpty(),
             QStringLiteral("%1, for %2 (optional)").arg(QLatin1String(program), QLatin1String(purpose)),
             QStringLiteral("apt install %1").arg(QLatin1String(package))};
 }

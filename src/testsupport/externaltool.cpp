@@ -1,13 +1,15 @@
 #include "testsupport/externaltool.h"
 
+#include "launcher/process/findprogram.h"
+#include "launcher/process/processend.h"
+
 #include <QProcess>
-#include <QStandardPaths>
 
 namespace Torvix {
 
 QString findTool(const ExternalTool& tool, QString* error)
 {
-    const QString path = QStandardPaths::findExecutable(tool.program);
+    const QString path = findProgram(tool.program);
     if (path.isEmpty())
         *error = QStringLiteral("%1 needs the program '%2', which is not installed here; on Debian: "
                                 "apt-get install %3")
@@ -33,10 +35,14 @@ ToolResult runTool(const ExternalTool& tool, const QStringList& arguments, int t
         return result;
     }
     result.output = process.readAllStandardOutput();
-    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        result.error =
-            QStringLiteral("%1 failed: %2")
-                .arg(tool.purpose, QString::fromLocal8Bit(process.readAllStandardError()).trimmed());
+    const ProcessEnd end = endOf(process);
+    if (end.isOrderly())
+        return result;
+    const QString told = QString::fromLocal8Bit(process.readAllStandardError()).trimmed();
+    result.error =
+        QStringLiteral("%1 failed: %2")
+            .arg(tool.purpose,
+                 told.isEmpty() ? QStringLiteral("'%1' %2").arg(tool.program, endText(end)) : told);
     return result;
 }
 

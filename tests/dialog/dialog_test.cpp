@@ -1,4 +1,4 @@
-#include "objectmodel/running.h"
+#include "support/application/running.h"
 #include "support/runreport.h"
 
 #include <QDir>
@@ -47,7 +47,7 @@ public:
         timer.start();
         while (m_running.application->isRunning() && timer.elapsed() < patienceMs)
             QThread::msleep(10);
-        EXPECT_EQ(m_running.application->exitText(), "exited with status 0");
+        EXPECT_TRUE(m_running.application->end().isOrderly());
         return m_running.application->readStdout().trimmed();
     }
 

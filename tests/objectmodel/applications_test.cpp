@@ -1,4 +1,4 @@
-#include "objectmodel/running.h"
+#include "support/application/running.h"
 
 namespace {
 
@@ -89,22 +89,6 @@ TEST(Applications, OneThatAnotherStartsIsAContextOfItsOwn)
     EXPECT_FALSE(first->isAlive());
     EXPECT_FALSE(second->isAlive());
     Inspector::self()->reset();
-}
-
-TEST(Applications, AScriptOrALauncherThatEndsMayStandBefore)
-{
-    const QString scripts[] = {target() + utf8("; exit 3"), utf8("exec ") + target(),
-                               utf8("setsid ") + target() + utf8(" & exit 0")};
-    for (const QString& script : scripts) {
-        SCOPED_TRACE(qPrintable(script));
-        Running running(utf8("/bin/sh"), {utf8("-c"), script});
-        ASSERT_TRUE(running.isGood());
-        EXPECT_EQ(utf8("torvixtarget"), running.model->peer().applicationName);
-        EXPECT_EQ(utf8("0"), running.get(running.wait("{name='control'}"), "clicks"));
-        EXPECT_TRUE(running.application->isRunning());
-        running.application->stop();
-        EXPECT_FALSE(running.application->isRunning()) << "nothing of it is left";
-    }
 }
 
 TEST(Applications, RecordWhatTheUserDoes)

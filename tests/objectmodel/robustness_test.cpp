@@ -1,4 +1,4 @@
-#include "objectmodel/running.h"
+#include "support/application/running.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -61,7 +61,8 @@ TEST_F(Robustness, KilledInTheMiddleOfACall)
     expectError("was killed by signal 9");
     EXPECT_TRUE(control->isInvalidated());
     EXPECT_FALSE(running.model->isAlive());
-    EXPECT_EQ(utf8("was killed by signal 9 (SIGKILL)"), running.application->exitText());
+    EXPECT_EQ(ProcessEnd::Killed, running.application->end().kind);
+    EXPECT_EQ(SIGKILL, running.application->end().code);
     EXPECT_FALSE(Inspector::self()->findObject(utf8("{name='control'}")));
     expectError("has ended");
 }
@@ -190,32 +191,6 @@ TEST_F(Robustness, WaitsEndWithTheChangeAndSayWhatIsMissing)
     running.call(control, "appearLater", {value(200)});
     EXPECT_TRUE(running.wait("{name='lateLabel'}"));
     EXPECT_EQ(0u, inspector->waitForObject(utf8("{name='disabled'}"), 100, Protocol::WaitExists).failed);
-}
-
-TEST(Output, IsCapturedAndTheEndOfTheApplicationIsTold)
-{
-    QString error;
-    LaunchOptions options = launchOptions(utf8("/bin/sh"));
-    options.arguments =
-        QStringList{utf8("-c"), utf8("echo started; echo oops >&2; ") + target() + utf8("; exit 5")};
-    auto application = Application::start(options, &error);
-    ASSERT_TRUE(application) << qPrintable(error);
-    ApplicationModel* model = Inspector::self()->addApplication(application->takeLink());
-    EXPECT_EQ(utf8("started\n"), application->readStdout());
-    EXPECT_TRUE(application->readStderr().startsWith(utf8("oops\n")));
-    EXPECT_EQ(utf8(""), application->readStdout());
-    EXPECT_NE(0, application->pid());
-    EXPECT_TRUE(application->isRunning());
-    const pid_t pid = pid_t(application->pid());
-    application->stop();
-    EXPECT_FALSE(application->isRunning());
-    // Where nobody waits for orphans it may be left as a zombie.
-    QFile state(QStringLiteral("/proc/%1/stat").arg(pid));
-    EXPECT_TRUE(!state.open(QIODevice::ReadOnly) || state.readAll().contains(") Z "))
-        << "the application behind the shell is gone as well";
-    Inspector::self()->processEvents(0);
-    EXPECT_FALSE(model->isAlive());
-    Inspector::self()->reset();
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "objectmodel/running.h"
+#include "support/application/running.h"
 
 namespace {
 

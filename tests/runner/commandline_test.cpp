@@ -1,6 +1,6 @@
 #include "runner/commandline.h"
 
-#include <QProcess>
+#include "launcher/process/shellwords.h"
 
 #include <gtest/gtest.h>
 
@@ -35,11 +35,12 @@ TEST(CommandLine, ReadsEveryFormOfAnOption)
 TEST(CommandLine, LeavesAnApplicationItsOwnOptions)
 {
     const QStringList command{"prog", "--json", "-x", "two words", "a\"b c\""};
+    QString error;
     const InspectOptions inspect = parsed(QStringList{"inspect", "--type", "Q*"} + command).inspect;
-    EXPECT_EQ(command, QProcess::splitCommand(inspect.program));
+    EXPECT_EQ(command, splitShellWords(inspect.program, &error));
     EXPECT_EQ("Q*", inspect.type);
     EXPECT_FALSE(inspect.json);
-    EXPECT_EQ(command, QProcess::splitCommand(parsed(QStringList{"doctor"} + command).doctor.program));
+    EXPECT_EQ(command, splitShellWords(parsed(QStringList{"doctor"} + command).doctor.program, &error));
 }
 
 TEST(CommandLine, HelpIsThereForEveryVerbAndNamesWhatCanBeSaid)

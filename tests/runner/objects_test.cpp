@@ -1,3 +1,4 @@
+#include "support/processes.h"
 #include "support/suiterun.h"
 
 #include <algorithm>
@@ -55,20 +56,9 @@ TEST(Timeouts, OfOneTestCaseAreNotThoseOfTheNext)
     EXPECT_EQ(0, run.finish()) << run.output();
 }
 
-bool isGone(int pid)
-{
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    // A container without an init may keep it as a zombie.
-    return !stat.open(QIODevice::ReadOnly) || stat.readAll().contains(") Z ");
-}
-
 bool areGone(const QVector<int>& pids)
 {
-    QElapsedTimer timer;
-    for (timer.start(); timer.elapsed() < 10'000; QThread::msleep(20))
-        if (std::all_of(pids.begin(), pids.end(), isGone))
-            return true;
-    return false;
+    return std::all_of(pids.begin(), pids.end(), hasGone);
 }
 
 /** What has its own session, started by what the application has started, ends with the runner too. */
@@ -82,7 +72,7 @@ TEST_P(Endings, TakeTheWholeFamily)
     ASSERT_TRUE(run.reaches("\"ready\"")) << run.process.readAll().toStdString();
     const QVector<int> family = members(run, 2);
     ASSERT_EQ(2, family.size());
-    EXPECT_FALSE(isGone(family[0]) || isGone(family[1]));
+    EXPECT_TRUE(isProcessRunning(family[0]) && isProcessRunning(family[1]));
     QElapsedTimer timer;
     timer.start();
     ::kill(pid_t(run.process.processId()), GetParam());

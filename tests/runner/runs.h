@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/processes.h"
 #include "support/runreport.h"
 
 #include <QDir>
@@ -70,15 +71,6 @@ protected:
             QThread::msleep(20);
         }
         return 0;
-    }
-
-    static bool hasGone(pid_t process)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (::kill(process, 0) == 0 && timer.elapsed() < 5'000)
-            QThread::msleep(20);
-        return ::kill(process, 0) != 0;
     }
 
     const ResultEntry* failure(const RunReport& report, int index = 0)

@@ -232,15 +232,17 @@ void Sweep::end()
     QElapsedTimer timer;
     timer.start();
     // One that shows a dialog before its event loop needs to be asked again.
-    while (m_application->exitText().isEmpty() && timer.elapsed() < endMs) {
+    while (m_application->isRunning() && timer.elapsed() < endMs) {
         askToQuit();
-        for (int i = 0; i < 50 && m_application->exitText().isEmpty(); ++i)
+        for (int i = 0; i < 50 && m_application->isRunning(); ++i)
             QThread::msleep(10);
     }
     // The status is its own affair, a signal is not.
-    const QString text = m_application->exitText();
-    if (!text.startsWith(QLatin1String("exited")))
-        fault(text.isEmpty() ? QStringLiteral("it does not end") : QStringLiteral("it ") + text);
+    const ProcessEnd end = m_application->end();
+    if (end.kind == ProcessEnd::Running)
+        fault(QStringLiteral("it does not end"));
+    else if (end.kind != ProcessEnd::Exited)
+        fault(QStringLiteral("it ") + endText(end));
 }
 
 void Sweep::askToQuit()

@@ -1,5 +1,6 @@
 // Windows are shown by a program of their own, `libexec/torvixdialog` of the installation.
 
+#include "launcher/process/processend.h"
 #include "testsupport/dialogs/dialogs.h"
 #include "testsupport/testinteraction.h"
 #include "testsupport/waiting.h"
@@ -46,10 +47,7 @@ QString reasonOf(QProcess* process)
     if (process->error() == QProcess::FailedToStart)
         return process->errorString();
     const QString output = QString::fromLocal8Bit(process->readAllStandardError()).trimmed();
-    const QString ending = process->exitStatus() == QProcess::CrashExit
-                               ? QStringLiteral("%1 crashed").arg(process->program())
-                               : QStringLiteral("%1 ended with status %2")
-                                     .arg(process->program(), QString::number(process->exitCode()));
+    const QString ending = process->program() + QLatin1Char(' ') + endText(endOf(*process));
     return output.isEmpty() ? ending : ending + QLatin1Char('\n') + output;
 }
 

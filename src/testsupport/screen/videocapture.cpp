@@ -1,5 +1,6 @@
 #include "testsupport/screen/videocapture.h"
 
+#include "launcher/process/processend.h"
 #include "testsupport/externaltool.h"
 
 #include <QElapsedTimer>
@@ -88,11 +89,13 @@ bool VideoCapture::stop(QString* error)
         process->kill();
         process->waitForFinished(1000);
     }
-    const bool ended = process->exitStatus() == QProcess::NormalExit &&
-                       (process->exitCode() == 0 || process->exitCode() == endedBySignal);
-    if (ended && QFileInfo(m_file).size() > 0)
+    const ProcessEnd end = endOf(*process);
+    const bool isDone = end.isOrderly() || (end.kind == ProcessEnd::Exited && end.code == endedBySignal);
+    if (isDone && QFileInfo(m_file).size() > 0)
         return true;
-    *error = QStringLiteral("Video capture failed: %1").arg(lastLines(process.get()));
+    const QString told = lastLines(process.get());
+    *error = QStringLiteral("Video capture failed: %1")
+                 .arg(told.isEmpty() ? QStringLiteral("ffmpeg ") + endText(end) : told);
     return false;
 }
 

@@ -1,5 +1,5 @@
-#include "objectmodel/running.h"
 #include "protocol/token.h"
+#include "support/application/running.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "launcher/groupguard.h"
+#include "launcher/process/groupguard.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -1,14 +1,13 @@
 #include "launcher/launcher.h"
 
+#include "support/processes.h"
+
 #include <gtest/gtest.h>
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QThread>
-
-#include <csignal>
 
 namespace {
 
@@ -30,6 +29,7 @@ protected:
     QString script(const QByteArray& lines)
     {
         QFile file(folder.filePath(QStringLiteral("script")));
+        file.remove(); // an earlier one can only be read
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("#!/bin/sh\n" + lines + "\n");
         file.close();
@@ -137,12 +137,7 @@ TEST_F(Launch, EndsEverythingThatItStarted)
     const QList<QByteArray> started = file.readAll().split('\n');
     ASSERT_EQ(3, started.size());
     for (int i = 0; i < 2; ++i) {
-        const pid_t pid = started[i].toInt();
-        for (int round = 0; round < 100 && kill(pid, 0) == 0; ++round)
-            QThread::msleep(10);
-        // A container without an init may keep it as a zombie.
-        QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-        EXPECT_TRUE(!stat.open(QIODevice::ReadOnly) || stat.readAll().contains(") Z ")) << pid;
+        EXPECT_TRUE(hasGone(started[i].toInt())) << started[i].constData();
     }
 }
 

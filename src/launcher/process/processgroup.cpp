@@ -1,6 +1,7 @@
-#include "launcher/processgroup.h"
+#include "launcher/process/processgroup.h"
 
-#include "launcher/groupguard.h"
+#include "launcher/process/groupguard.h"
+#include "launcher/process/processfacts.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -140,19 +141,12 @@ ProcessGroup::~ProcessGroup()
     stop(0);
 }
 
-bool ProcessGroup::isAlive(int pid)
-{
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
-    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
-    return !line.isEmpty() && !line.contains(") Z ") && !line.contains(") X ");
-}
-
 bool ProcessGroup::isRunning()
 {
     int status = 0;
-    if (!m_status && waitpid(m_pid, &status, WNOHANG) == m_pid)
-        m_status = status;
-    return !m_status;
+    if (m_end.kind == ProcessEnd::Running && waitpid(m_pid, &status, WNOHANG) == m_pid)
+        m_end = endOfStatus(status);
+    return m_end.kind == ProcessEnd::Running;
 }
 
 bool ProcessGroup::waitForEnd(int timeoutMs)
@@ -180,27 +174,10 @@ bool ProcessGroup::isGone()
     return m_isGone;
 }
 
-QString ProcessGroup::exitText()
+ProcessEnd ProcessGroup::end()
 {
-    if (isRunning())
-        return QString();
-    if (WIFEXITED(*m_status))
-        return QStringLiteral("exited with status %1").arg(WEXITSTATUS(*m_status));
-    const int signal = WTERMSIG(*m_status);
-    const char* name = sigabbrev_np(signal);
-    return QStringLiteral("was killed by signal %1 (%2)")
-        .arg(signal)
-        .arg(name ? QStringLiteral("SIG") + QLatin1String(name) : QString::fromLocal8Bit(strsignal(signal)));
-}
-
-quint64 ProcessGroup::usedTime() const
-{
-    QFile stat(QStringLiteral("/proc/%1/stat").arg(m_pid));
-    const QByteArray line = stat.open(QIODevice::ReadOnly) ? stat.readAll() : QByteArray();
-    // Counted from behind the name in parentheses, which may hold anything.
-    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
-    constexpr int userTime = 11, systemTime = 12;
-    return fields.value(userTime).toULongLong() + fields.value(systemTime).toULongLong();
+    isRunning();
+    return m_end;
 }
 
 QVector<int> ProcessGroup::members()
@@ -216,7 +193,8 @@ QVector<int> ProcessGroup::members()
         // Of a process that is just ending the environment is empty, but its files are still open: one
         // of the group counts until it is a zombie.
         if (GroupGuard::hasMark(pid, m_mark.constData(), std::size_t(m_mark.size())) ||
-            ((getpgid(pid) == m_pid || (m_members.contains(pid) && hasNoEnvironment(pid))) && isAlive(pid)))
+            ((getpgid(pid) == m_pid || (m_members.contains(pid) && hasNoEnvironment(pid))) &&
+             isProcessRunning(pid)))
             found.append(pid);
     }
     m_members = found;

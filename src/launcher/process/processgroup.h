@@ -1,6 +1,6 @@
 #pragma once
 
-#include "launcher/export.h"
+#include "launcher/process/processend.h"
 
 #include <QByteArray>
 #include <QProcessEnvironment>
@@ -9,7 +9,6 @@
 #include <QVector>
 
 #include <memory>
-#include <optional>
 
 namespace Torvix {
 
@@ -20,7 +19,7 @@ class GroupGuard;
  * variable that they all inherit. Its output goes to files, so that it never waits for a reader. They
  * all end with this object, and also when this process is killed.
  */
-class TORVIXLAUNCHER_EXPORT ProcessGroup
+class ProcessGroup
 {
 public:
     struct Command
@@ -48,16 +47,11 @@ public:
     bool isGone();
     /** Waits for the end of the first process. */
     bool waitForEnd(int timeoutMs);
-    /** "exited with status 3", "was killed by signal 9 (Killed)"; empty while it runs. */
-    QString exitText();
-
-    /** Processor time of the first process so far, in ticks of the system's clock. */
-    quint64 usedTime() const;
+    /** Of the first process. */
+    ProcessEnd end();
 
     /** Processes of the group that run now, the first one included. */
     QVector<int> members();
-    /** True for a process that is there and no zombie. */
-    static bool isAlive(int pid);
     /** Asks them all to end, waits, and kills those that are left. */
     void stop(int graceMs);
 
@@ -75,7 +69,7 @@ private:
     QString m_folder;
     QByteArray m_mark;
     std::unique_ptr<GroupGuard> m_guard;
-    std::optional<int> m_status;
+    ProcessEnd m_end;
     bool m_isGone = false;
     QVector<int> m_members; ///< as found last
     qint64 m_read[2] = {0, 0};
