@@ -19,30 +19,36 @@ type TextMatch = string | RegExp | { wildcardPattern: string } | { regexPattern:
 
 /** The properties by which an object is found; all of them have to hold. */
 interface ObjectProperties {
+    /** An object of the application is no name: what takes one as well says so. */
+    readonly [Symbol.toStringTag]?: never;
     /** Name of the object's class: "QPushButton". */
     type?: TextMatch;
     /** The objectName. */
     name?: TextMatch;
     visible?: boolean;
-    /** The n-th of those that fit, from 1. */
+    /** The n-th of those that fit, from 1; 0 is the first, too. */
     occurrence?: number;
     /** The top-level window that the object is in. */
-    window?: ObjectName;
+    window?: ObjectOrName;
     /** Any object that the object is in. */
-    container?: ObjectName;
+    container?: ObjectOrName;
     /** The label whose buddy the object is. */
-    buddy?: ObjectName;
+    buddy?: ObjectOrName;
     [property: string]: unknown;
 }
 
 /**
- * What finds an object: its properties, its real name as text ("{type='QLabel' text~='[0-9]+'}"), a
- * symbolic name of the object map, or the object itself.
+ * What finds an object: its properties, its real name as text ("{type='QLabel' text~='[0-9]+'}"), or a
+ * symbolic name of the object map.
  */
-type ObjectName = string | ObjectProperties | ApplicationObject;
+type ObjectName = string | ObjectProperties;
 
-/** What an action is done to: an object, or an item that waitForObjectItem() or the application gave. */
-type ActionTarget = ApplicationObject;
+/** An object that was found, or what finds it now, without waiting where it is not told otherwise. */
+type ObjectOrName = ObjectName | ApplicationObject;
+
+/** What an action is done to: an object or its name, or an item that waitForObjectItem() or the application
+ *  gave. */
+type ActionTarget = ObjectOrName;
 
 /** An application that a test has started or attached to. */
 interface ApplicationContext {
@@ -82,7 +88,7 @@ interface TestDataRecord {
 interface TestDataFunctions {
     /** The records of a table: csv, tsv or text in UTF-8, or the first sheet of an .xls or .xlsx. */
     dataset(file: string): TestDataRecord[];
-    /** The records of a sheet of a workbook; of its first one without a name. */
+    /** The records of a sheet of a workbook; of its first one without a name. None of a sheet that is not there. */
     datasetExcel(file: string, sheet?: string): TestDataRecord[];
     /** The text in a column, by its name or its number from 0; a short record has "" there. */
     field(record: TestDataRecord, field: string | number): string;
@@ -124,7 +130,7 @@ interface TestFunctions {
     compare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
     /** Expects them not to be equal. */
     xcompare(actual: unknown, expected: unknown, message?: string, detail?: string): boolean;
-    /** Passes when the code, which sees global names only, throws. */
+    /** Passes when the code, which sees global names only, throws: any error, that of a misspelt name, too. */
     exception(code: string, message?: string, detail?: string): boolean;
     pass(message: string, detail?: string): void;
     /** A pass that should not be: fails the test case. */
@@ -159,14 +165,14 @@ interface TestFunctions {
     vp(name: string, message?: string, detail?: string): boolean;
     /** Expects a difference. */
     xvp(name: string, message?: string, detail?: string): boolean;
-    vpWithObject(name: string, object: ObjectName, message?: string, detail?: string): boolean;
+    vpWithObject(name: string, object: ObjectOrName, message?: string, detail?: string): boolean;
     imagePresent(file: string, options?: SearchOptions | string): boolean;
     imageNotPresent(file: string, options?: SearchOptions | string): boolean;
     ocrTextPresent(text: string, options?: SearchOptions | string): boolean;
     ocrTextNotPresent(text: string, options?: SearchOptions | string): boolean;
     /** Attachments go into the folder of the results. */
     attachFile(file: string, message?: string): void;
-    attachImage(image: string | ObjectName, message?: string): void;
+    attachImage(fileOrObject: string | ApplicationObject, message?: string): void;
     attachDesktopScreenshot(message?: string): void;
     /** Records the X display until stopVideoCapture(), which attaches the video. */
     startVideoCapture(message?: string): void;
@@ -178,7 +184,7 @@ interface SearchOptions {
     /** How long to look, in ms. */
     timeout?: number;
     /** Looks in this object instead of the whole screen. */
-    object?: ObjectName;
+    object?: ApplicationObject;
     /** Pictures: how much each of red, green and blue may differ, 0 to 255. */
     tolerance?: number;
     /** Pictures: how many pixels may differ by more than that. */
@@ -259,25 +265,26 @@ interface ObjectFunctions {
     ref(object: ApplicationObject): ApplicationObject;
     /** What the pointer points to. */
     deref(object: ApplicationObject): ApplicationObject;
-    children(object: ObjectName): ApplicationObject[];
+    children(object: ObjectOrName): ApplicationObject[];
     /** On the screen, in pixels. */
-    globalBounds(object: ObjectName): { x: number, y: number, width: number, height: number };
+    globalBounds(object: ObjectOrName): { x: number, y: number, width: number, height: number };
     /** Null for a top-level object. */
-    parent(object: ObjectName): ApplicationObject | null;
+    parent(object: ObjectOrName): ApplicationObject | null;
     topLevelObjects(): ApplicationObject[];
     /** All properties with their values. */
-    properties(object: ObjectName): { [property: string]: any };
-    convertTo(object: ObjectName, type: string | ApplicationClass): ApplicationObject;
+    properties(object: ObjectOrName): { [property: string]: any };
+    convertTo(object: ObjectOrName, type: string | ApplicationClass): ApplicationObject;
     /** A null pointer of the class. */
     createNull(type: string | ApplicationClass): ApplicationObject;
     /** Saves a PNG and gives its path; without a file name it goes beside the results. */
-    grabScreenshot(object: ObjectName, file?: string): string;
+    grabScreenshot(object: ObjectOrName, file?: string): string;
 }
 
 interface ObjectMapFunctions {
     /** Gives the object a symbolic name. */
     add(object: ApplicationObject): string;
-    /** The symbolic name of a real one, or of an object. */
+    /** The symbolic name whose real name in the object map is this text, or the one that objectName() gives for
+     *  the object; empty when there is none, although another name of the map may find the object. */
     symbolicName(name: string | ApplicationObject): string;
     /** The real name of a symbolic one, or of an object. */
     realName(name: string | ApplicationObject): string;
@@ -361,9 +368,9 @@ declare function typeName(value: unknown): string;
 declare function findFile(kind: "testdata" | "scripts", name: string): string;
 /** Writes what is on the screen into a PNG file; gives its path. */
 declare function saveDesktopScreenshot(file: string): string;
-declare function saveObjectSnapshot(object: ObjectName, file: string): string;
+declare function saveObjectSnapshot(object: ObjectOrName, file: string): string;
 /** Frames the object in red. */
-declare function highlightObject(object: ObjectName, milliseconds?: number): void;
+declare function highlightObject(object: ObjectOrName, milliseconds?: number): void;
 
 // Pictures and texts on the screen.
 
@@ -380,15 +387,17 @@ declare function findAllOcrText(text: string, options?: SearchOptions): ScreenPl
 declare function waitForOcrText(text: string, options?: SearchOptions): ScreenPlace;
 
 /** Writes a verification point of what the object is like now; gives the file. */
-declare function createVP(object: ObjectName, name: string, options?: VPOptions): string;
+declare function createVP(object: ObjectOrName, name: string, options?: VPOptions): string;
 /** Writes a verification point of what the object looks like now; gives the file. */
-declare function createVisualVP(object: ObjectName, name: string, options?: ScreenshotOptions): string;
+declare function createVisualVP(object: ObjectOrName, name: string, options?: ScreenshotOptions): string;
 
 // Applications.
 
 /** Starts a program, with its arguments, quoted as in a shell; looked for in the suite's ApplicationFolders and in PATH. */
 declare function startApplication(command: string, host?: string, port?: number, timeoutSecs?: number): ApplicationContext;
-/** Attaches to an application that was started with TORVIX_AGENT_LISTEN. */
+/** Attaches to an application that was started with TORVIX_AGENT_LISTEN. The address is the path of its socket,
+ *  or "127.0.0.1:4322"; host and port may stand for that instead. Waits for the time, 20 s by default, when
+ *  nothing listens there. */
 declare function attachToApplication(address: string, host?: string, port?: number, timeoutSecs?: number): ApplicationContext;
 /** Waits until a started application has itself started another one. */
 declare function waitForApplicationLaunch(timeoutSecs?: number): ApplicationContext;
@@ -407,14 +416,14 @@ declare function applicationContextList(): ApplicationContext[];
 declare function findObject(name: ObjectName): ApplicationObject;
 declare function findAllObjects(name: ObjectName): ApplicationObject[];
 /** Waits until the object is there, visible, enabled and not behind a modal window. */
-declare function waitForObject(name: ObjectName, timeoutMs?: number): ApplicationObject;
+declare function waitForObject(name: ObjectOrName, timeoutMs?: number): ApplicationObject;
 /** Waits until the object is there, visible or not. */
-declare function waitForObjectExists(name: ObjectName, timeoutMs?: number): ApplicationObject;
+declare function waitForObjectExists(name: ObjectOrName, timeoutMs?: number): ApplicationObject;
 /** Waits for an item: by the texts that lead to it, with dots between ("File.Save As..."), or by row and column. */
-declare function waitForObjectItem(container: ObjectName, item: string, timeoutMs?: number): ApplicationObject;
-declare function waitForObjectItem(container: ObjectName, row: number, column: number, timeoutMs?: number): ApplicationObject;
+declare function waitForObjectItem(container: ObjectOrName, item: string, timeoutMs?: number): ApplicationObject;
+declare function waitForObjectItem(container: ObjectOrName, row: number, column: number, timeoutMs?: number): ApplicationObject;
 /** Polls until the function, or the code in a text, gives a true value; false when the time is over.
- *  Such code sees global names only. */
+ *  Such code sees global names only. An async function is true at once: its promise is. */
 declare function waitFor(condition: (() => unknown) | string, timeoutMs?: number): boolean;
 /** The name that finds the object. */
 declare function objectName(object: ApplicationObject): string;
@@ -436,7 +445,6 @@ declare function doubleClick(target: ActionTarget, x: number, y: number, modifie
 /** From a place by a distance. */
 declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number): void;
 declare function mouseDrag(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers: number, button: number): void;
-/** 120 is one notch. */
 /** Turns the wheel by so many notches; positive is up and right. */
 declare function mouseWheel(target: ActionTarget, dx: number, dy: number): void;
 declare function mouseWheel(target: ActionTarget, x: number, y: number, dx: number, dy: number, modifiers?: number): void;
