@@ -17,8 +17,8 @@ namespace Torvix {
 class Interpreter;
 
 /**
- * What a script debugger is in every language: where the script stands, on which way it came there,
- * which file each source id is, where to stop and in which mode.
+ * What a script debugger is in every language: where the script is, by which calls it came there, which
+ * file each source id stands for, where to stop and in which mode.
  *
  * A language derives from it, drives it from its engine's hooks and gives it to its interpreter with
  * Interpreter::setDebugger. The position of the running code is the current line, column and source
@@ -49,9 +49,9 @@ public:
     virtual void setCurrentColumn(int column);
     virtual void setCurrentSourceId(int sourceId);
 
-    /** Holds the script: emits stopped() and returns when its receivers have returned. */
+    /** Stops the script: emits stopped() and goes on when its receivers have returned. */
     virtual void stop();
-    /** The same because of a name that finds no object; `message` says what was found instead. */
+    /** The same, at a call that finds no object of this name; `message` says what came closest. */
     virtual void stopWithObjectName(const QString& objectName, const QString& message);
 
     /** These say how to go on after a stop. next() stops at a frame depth of `depth` or less. */

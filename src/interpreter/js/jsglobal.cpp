@@ -113,7 +113,7 @@ KJS::Value JsGlobalImp::get(KJS::ExecState* exec, const KJS::Identifier& name) c
             if (!value)
                 return generalError(
                     exec, withReason(QStringLiteral("Error occurred when reading property"), value));
-            // Global values stay wrappers, unlike those of objects: intended.
+            // A wrapper also of a number or a text, unlike with properties of objects.
             return jsWrap(exec, *value);
         }
         if (!global->methods(key).isEmpty())
@@ -145,7 +145,7 @@ bool JsGlobalImp::hasProperty(KJS::ExecState* exec, const KJS::Identifier& name)
     Inspector* inspector = Inspector::self();
     const Class* global = inspector->globalClass();
     if (!global)
-        return false; // although a read goes on to the later steps: intended
+        return false; // only reads go on to what follows without an application
     if (bindEnumerators(exec) && ObjectImp::hasProperty(exec, name))
         return true;
     if (global->property(key) || !global->methods(key).isEmpty())

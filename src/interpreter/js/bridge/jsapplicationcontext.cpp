@@ -100,7 +100,7 @@ KJS::Value jsDetachContext(KJS::ExecState* exec, KJS::Object& thisObj, const KJS
     return KJS::Undefined();
 }
 
-// environmentVariable has length 0 although it needs an argument: intended.
+// The published lengths: environmentVariable has 0 although it needs an argument.
 const JsFunctionRow methods[] = {
     {"toString", jsContextToString, 0},
     {"isFrozen", jsIsFrozen, 1},

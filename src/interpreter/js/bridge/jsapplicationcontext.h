@@ -10,7 +10,7 @@ class RunnerInterface;
 
 /**
  * A script's handle on one application. A new one is made for each access: two handles of one context
- * are not identical. It has no prototype: intended.
+ * are not identical. Without a prototype: it has its own members only.
  */
 class JsApplicationContextImp : public WithProperties<JsApplicationContextImp>
 {

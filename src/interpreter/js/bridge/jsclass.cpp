@@ -56,7 +56,7 @@ KJS::Value JsClassImp::get(KJS::ExecState* exec, const KJS::Identifier& name) co
 
 bool JsClassImp::hasProperty(KJS::ExecState*, const KJS::Identifier& name) const
 {
-    // The engine's own properties are left out: intended.
+    // `in` asks for members of the application's class; the engine's own are none.
     return m_class->property(name.qstring()) || !m_class->methods(name.qstring()).isEmpty();
 }
 

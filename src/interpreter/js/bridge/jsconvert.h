@@ -14,8 +14,8 @@ class Class;
 class Object;
 class Signature;
 
-/** The object for a script value; `cls` is the class that is wanted and may be null. Null when there
- *  is no way; no exception is raised. */
+/** The object for a script value; `cls` is the class that is wanted and may be null. Null for a value that
+ *  cannot be converted; no exception is raised then. */
 SharedPtr<Object> jsToObject(KJS::ExecState* exec, const KJS::Value& value, const Class* cls);
 
 /** The script value of an object: built-in types become primitives, arrays and maps become script

@@ -101,7 +101,7 @@ KJS::Value JsObjectProtoFunc::call(KJS::ExecState* exec, KJS::Object&, const KJS
     case ValueOf:
         return jsValueOf(exec, m_object);
     case Equality: {
-        // Both operands are arguments; the stored object has no part in it: intended.
+        // The engine gives both operands as arguments; whose member this is does not matter.
         Object* a = jsUnWrap(exec, args[0]);
         Object* b = jsUnWrap(exec, args[1]);
         return KJS::Boolean(a && b && a->compare(b));

@@ -28,7 +28,7 @@ private:
     QString m_name;
 };
 
-/** One of the functions that every object wrapper has. It has no prototype: intended. */
+/** One of the functions that every object wrapper has. Without a prototype: scripts find no `call` on it. */
 class JsObjectProtoFunc : public KJS::ObjectImp
 {
 public:

@@ -155,7 +155,7 @@ ScriptArgument::List JSScriptArgument::toList() const
     List list;
     for (unsigned index = 0; index < length; ++index) {
         const KJS::Value element = array.get(m_exec, index);
-        // A sparse array is given up as a whole, not cut short: intended.
+        // Given up as a whole: a list that is cut short would pass for all of it.
         if (element.isUndefined())
             return List();
         list.push_back(new JSScriptArgument(m_exec, element));

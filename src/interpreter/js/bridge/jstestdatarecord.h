@@ -7,7 +7,7 @@ namespace Torvix {
 
 /**
  * A record as scripts hold it: without properties, read by `testData.field`. The table lives as long as
- * its last record that a script can reach. It has no prototype: intended.
+ * its last record that a script can reach. Without a prototype: it has its own members only.
  */
 class JsTestDataRecordImp : public KJS::ObjectImp
 {

@@ -1,4 +1,4 @@
-// The road of a call from the engine into language-neutral code and back.
+// How a call gets from the engine into language-neutral code, and its outcome back.
 
 #include "engine/error.h"
 #include "engine/execstate.h"

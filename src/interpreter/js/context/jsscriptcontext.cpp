@@ -127,7 +127,7 @@ SharedPtr<ScriptArgument> JSScriptContext::toArgument(SharedPtr<ApplicationConte
 
 SharedPtr<ScriptArgument> JSScriptContext::toArgument(const Debugger::Location& location) const
 {
-    // An array without elements that has two properties: intended.
+    // Scripts get a place as an array without elements that has two properties.
     KJS::Object array = emptyArray(m_exec);
     array.put(m_exec, "fileName", KJS::String(location.file));
     array.put(m_exec, "line", KJS::Number(location.line));

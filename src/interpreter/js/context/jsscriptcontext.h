@@ -78,7 +78,7 @@ KJS::Value dispatchGenericScriptFunction(KJS::ExecState* exec, const KJS::List& 
 /** Calls through a context of its own; its errors are plain script errors. */
 KJS::Value dispatchGenericScriptFunction(KJS::ExecState* exec, ScriptContext::Function function,
                                          const KJS::List& args);
-/** The same under the name of the functions that wait and look up. */
+/** The same; functions that wait and look up are written with this name. */
 KJS::Value jsScriptContextCall(KJS::ExecState* exec, const KJS::List& args, ScriptContext::Function function);
 
 /** A script function that is nothing but a language-neutral one. */

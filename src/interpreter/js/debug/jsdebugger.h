@@ -21,7 +21,7 @@ public:
  *
  * Each source that comes from a file is tied to it, and an uncaught exception leaves its call stack
  * with the interpreter. Positions are the engine's own, exact without a hook at each statement; those
- * hooks are lowered.
+ * hooks are switched off.
  */
 class JsDebugger : public Torvix::Debugger, public KjsDebuggerBase
 {

@@ -117,7 +117,7 @@ bool XmlHttpRequest::send(const FormData* form, const QByteArray& boundary, QStr
         return refuse(error, "Cannot send without prior open() call");
     beginLoading();
     if (m_method != Post && m_method != Put)
-        return refuse(error, "Unsupported HTTP Method for sending FormData"); // stays Loading, as intended
+        return refuse(error, "Unsupported HTTP Method for sending FormData"); // as documented, Loading stays
     // A receiver finds the parts only by the boundary in the header, which Qt writes if there is none.
     if (m_request.rawHeader("Content-Type").toLower() == "multipart/form-data")
         m_request.setRawHeader("Content-Type", QByteArray());

@@ -95,7 +95,7 @@ KJS::Object JsNativeTypeImp::construct(KJS::ExecState* exec, const KJS::List& ar
     }
     if (!object)
         return fail("Constructor returned a null object");
-    // Also an object of a subtype: intended.
+    // Of a subtype, too: its wrapper would have the prototype of this type.
     if (object->type() != m_key)
         return fail("Constructor returned an incompatible object type");
     return new JsNativeObjectImp(m_prototype, object);

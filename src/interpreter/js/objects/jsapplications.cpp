@@ -62,7 +62,7 @@ KJS::Value jsStartApplication(KJS::ExecState* exec, KJS::Object&, const KJS::Lis
 
 KJS::Value jsAttachToApplication(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
-    // The arguments are converted before they are counted, unlike those of startApplication: intended.
+    // Counted after their conversion, so what a conversion throws is told first, unlike in startApplication.
     const LaunchArguments launch(exec, args);
     if (exec->hadException())
         return KJS::Undefined();
@@ -86,7 +86,7 @@ KJS::Value jsWaitForApplicationLaunch(KJS::ExecState* exec, KJS::Object&, const 
     QString error;
     const SharedPtr<ApplicationContext> context =
         applicationRunner()->waitForApplicationLaunch(timeout, &error);
-    // There is no text of its own for an empty error: intended.
+    // Here the runner always has a text.
     return launched(exec, context, error, "");
 }
 

@@ -4,7 +4,7 @@
 
 namespace Torvix {
 
-/** `console`. It has no prototype: intended. */
+/** `console`. Without a prototype: it has its own members only. */
 class JsConsoleImp : public KJS::ObjectImp
 {
 public:

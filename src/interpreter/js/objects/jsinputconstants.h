@@ -4,14 +4,14 @@
 
 namespace Torvix {
 
-/** `MouseButton`: a constant for each button. It has no prototype: intended. */
+/** `MouseButton`: a constant for each button. Without a prototype: it has its own members only. */
 class JsMouseButtonImp : public JsFixedObjectImp
 {
 public:
     explicit JsMouseButtonImp(KJS::ExecState* exec);
 };
 
-/** `Modifier`: a constant for each modifier key. It has no prototype: intended. */
+/** `Modifier`: a constant for each modifier key. Without a prototype: it has its own members only. */
 class JsModifierImp : public JsFixedObjectImp
 {
 public:

@@ -83,7 +83,7 @@ KJS::Value jsObjectRef(KJS::ExecState* exec, KJS::Object&, const KJS::List& args
 
 KJS::Value jsObjectDeref(KJS::ExecState* exec, KJS::Object&, const KJS::List& args)
 {
-    // Its argument errors name object.ref: intended.
+    // The texts of wrong arguments are those of object.ref, also in their name.
     const SharedPtr<Object> object = unwrapSingleArg(exec, args, "object.ref");
     if (!object)
         return KJS::Undefined();

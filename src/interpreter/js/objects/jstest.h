@@ -28,7 +28,7 @@ private:
     mutable bool m_isMaking = false;
 };
 
-/** One function of `test`. It has no prototype: intended. */
+/** One function of `test`. Without a prototype: scripts find no `call` on it. */
 class JsTestFunctionImp : public KJS::ObjectImp
 {
 public:

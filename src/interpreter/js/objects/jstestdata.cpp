@@ -165,7 +165,7 @@ KJS::Value jsTestDataCreate(KJS::ExecState* exec, KJS::Object&, const KJS::List&
     return generalError(exec, QStringLiteral("First argument of create() must be 'shared' or 'local'"));
 }
 
-// The lengths of fieldNames and create are not the numbers of their arguments: intended.
+// The published lengths: those of fieldNames and create are not the numbers of their arguments.
 const JsFunctionRow functions[] = {
     {"dataset", jsTestDataSet, 1},   {"datasetExcel", jsTestDataSetExcel, 2},
     {"field", jsTestDataField, 2},   {"fieldNames", jsTestDataFieldNames, 0},

@@ -4,7 +4,8 @@
 
 namespace Torvix {
 
-/** `testData`: tables of test data, and files at the application. It has no prototype: intended. */
+/** `testData`: tables of test data, and files at the application. Without a prototype: it has its own members
+ * only. */
 class JsTestDataImp : public JsFixedObjectImp
 {
 public:

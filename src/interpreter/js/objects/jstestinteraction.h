@@ -4,7 +4,8 @@
 
 namespace Torvix {
 
-/** `testInteraction`: dialogs with the person who runs the test. It has no prototype: intended. */
+/** `testInteraction`: dialogs with the person who runs the test. Without a prototype: it has its own members
+ * only. */
 class JsTestInteractionImp : public JsFixedObjectImp
 {
 public:

@@ -27,7 +27,7 @@ void putFunctions(KJS::ObjectImp* object, const JsFunctionRow* rows);
 /**
  * The script object behind a plain native function.
  *
- * It has no prototype, so a script finds no `call` or `apply` on it: intended.
+ * Without a prototype: scripts find no `call` or `apply` on it.
  */
 class ExtraFunctionImp : public KJS::ObjectImp
 {

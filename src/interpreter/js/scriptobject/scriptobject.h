@@ -10,9 +10,9 @@
  * What a family of script objects is made of. A family is up to three classes, two tables and its
  * functions; what it does not need it leaves out:
  *
- * - the **instance**, `JsXxxInstanceImp`, which owns the C++ half and has the class info by which
- *   unwrapThis() tells it; its destructor runs when the collector frees it;
- * - the **prototype**, `JsXxxPrototypeImp`: an instance without a C++ half, which has the functions;
+ * - the **instance**, `JsXxxInstanceImp`, which owns the C++ object that it stands for and has the class
+ *   info by which unwrapThis() recognises it; its destructor runs when the collector frees it;
+ * - the **prototype**, `JsXxxPrototypeImp`: an instance without a C++ object, which has the functions;
  * - the **global**, `JsXxxImp`: a constructor (JsConstructorImp) or an object that groups functions
  *   (JsFixedObjectImp); its row in bindings.cpp puts it into the global scope.
  *
@@ -179,7 +179,7 @@ Imp* unwrap(const KJS::Value& value)
 }
 
 /** The same for the object that a function is called on; also null when the instance is not valid, as
- *  a prototype without its C++ half. When it is null, the exception is set. */
+ *  a prototype without a C++ object. When it is null, the exception is set. */
 template <class Imp>
 Imp* unwrapThis(KJS::ExecState* exec, const KJS::Value& thisObj, const char* message = Imp::invalidObject)
 {
